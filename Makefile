@@ -1,0 +1,42 @@
+# The front door: every target installs what it needs, builds what it needs, and runs.
+
+PREFIX ?= /usr/local
+
+.PHONY: run test bench docs format install build packages sanitizers lint format-check
+
+run: build
+	examples/first_study.sh build/release/bin/zelkova
+
+test: build
+	ctest --preset release
+
+bench: build
+	build/release/bin/zelkova-bench $(ARGS)
+
+# The reference pages come from the catalogue; a test fails when they are stale.
+docs: build
+	build/release/bin/zelkova reference docs/reference
+
+install: build
+	cmake --install build/release --prefix $(PREFIX)
+
+build: packages
+	cmake --preset release
+	cmake --build --preset release
+
+sanitizers: packages
+	cmake --preset sanitizers
+	cmake --build --preset sanitizers
+	ctest --preset sanitizers
+
+format: packages
+	git ls-files -co --exclude-standard '*.h' '*.cpp' | xargs clang-format -i
+
+format-check: packages
+	git ls-files -co --exclude-standard '*.h' '*.cpp' | xargs clang-format --dry-run --Werror
+
+lint: build
+	git ls-files -co --exclude-standard '*.cpp' ':!unittests/outside' | xargs -n 1 -P 2 clang-tidy --quiet -p build/release
+
+packages:
+	.ci/install-packages

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+namespace zelkova::cli {
+
+/// The shortest digits that read back as the same double: "5", "0.1", "1e-300".
+std::string shortestNumber(double x);
+
+/// `x` to `digits` significant digits, without zeros at its end: "4.60317".
+std::string roundedNumber(double x, int digits);
+
+}  // namespace zelkova::cli

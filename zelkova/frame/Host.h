@@ -1,0 +1,104 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "zelkova/frame/Array.h"
+#include "zelkova/frame/Variant.h"
+
+namespace zelkova {
+
+/// The maths of the host spreadsheet. Every function raises failure 1004, with a text that names the function
+/// and the argument, for an argument outside its domain.
+class WorksheetFunction {
+ public:
+  virtual ~WorksheetFunction() = default;
+
+  // Distributions. `df` and counts are truncated to whole numbers by the function itself.
+  virtual double NormSDist(double z) = 0;
+  virtual double NormSInv(double p) = 0;
+  virtual double NormDist(double x, double mean, double sd, bool cumulative) = 0;
+  virtual double NormInv(double p, double mean, double sd) = 0;
+  virtual double LogNormDist(double x, double mean, double sd) = 0;
+  virtual double LogInv(double p, double mean, double sd) = 0;
+  virtual double TDist(double x, double df, double tails) = 0;
+  virtual double TInv(double p, double df) = 0;
+  virtual double ChiDist(double x, double df) = 0;
+  virtual double ChiInv(double p, double df) = 0;
+  virtual double FDist(double x, double df1, double df2) = 0;
+  virtual double FInv(double p, double df1, double df2) = 0;
+  virtual double BetaDist(double x, double alpha, double beta) = 0;
+  virtual double BetaInv(double p, double alpha, double beta) = 0;
+  virtual double GammaInv(double p, double alpha, double beta) = 0;
+  virtual double GammaLn(double x) = 0;
+  virtual double BinomDist(double successes, double trials, double probability, bool cumulative) = 0;
+  virtual double Poisson(double x, double mean, bool cumulative) = 0;
+  virtual double HypGeomDist(double sampleSuccesses, double sampleSize, double populationSuccesses,
+                             double populationSize) = 0;
+  virtual double ExponDist(double x, double lambda, bool cumulative) = 0;
+  virtual double Weibull(double x, double shape, double scale, bool cumulative) = 0;
+
+  // Plain mathematics.
+  virtual double Max(const DoubleArray& values) = 0;
+  virtual double Max(double a, double b) = 0;
+  virtual double Min(const DoubleArray& values) = 0;
+  virtual double Min(double a, double b) = 0;
+  virtual double Ceiling(double x, double significance) = 0;
+  virtual double RoundUp(double x, double digits) = 0;
+  virtual double Gcd(double a, double b) = 0;
+  virtual double Sum(const DoubleArray& values) = 0;
+  virtual double Average(const DoubleArray& values) = 0;
+  virtual double Pi() = 0;
+
+  // Lines and matrices.
+  virtual double Slope(const DoubleArray& knownY, const DoubleArray& knownX) = 0;
+  virtual double Intercept(const DoubleArray& knownY, const DoubleArray& knownX) = 0;
+  virtual double Correl(const DoubleArray& a, const DoubleArray& b) = 0;
+
+  /// Least squares of y on the columns of x, as the host's 5-row array (coefficients in reverse order, the
+  /// constant last; with `stats` false the first row alone). Cells without a value hold `NoValue`.
+  virtual DoubleArray LinEst(const DoubleArray& knownY, const DoubleArray& knownX, bool constant,
+                             bool stats) = 0;
+  virtual DoubleArray MInverse(const DoubleArray& matrix) = 0;
+};
+
+/// A rectangle of cells of a sheet.
+class Range {
+ public:
+  virtual ~Range() = default;
+
+  /// What the upper left cell holds: a number, a text (a formula begins with "="), a flag or nothing.
+  virtual Variant value() const = 0;
+
+  /// Puts `value` into every cell of the range.
+  virtual void setValue(const Variant& value) = 0;
+};
+
+/// A worksheet of the host.
+class Sheet {
+ public:
+  virtual ~Sheet() = default;
+
+  virtual std::string name() const = 0;
+
+  /// The cells that `address` names as the host names them, "B2" or "A1:C3"; failure 1004 where it names
+  /// none.
+  virtual std::unique_ptr<Range> range(std::string_view address) = 0;
+};
+
+/// A running spreadsheet application, or what stands in for one.
+class Host {
+ public:
+  virtual ~Host() = default;
+
+  virtual WorksheetFunction& worksheetFunction() = 0;
+
+  /// The sheet in front.
+  virtual std::shared_ptr<Sheet> activeSheet() = 0;
+
+  /// Shows a plain box with an OK button and returns when it is answered.
+  virtual void messageBox(const std::string& text) = 0;
+};
+
+}  // namespace zelkova

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cmath>
+#include <concepts>
+#include <limits>
+
+#include "zelkova/frame/Array.h"
+#include "zelkova/frame/Failure.h"
+
+namespace zelkova {
+
+/// Arithmetic that raises where its result would not be finite.
+///
+/// Divisions, logarithms, exponentials, roots and powers raise at once. Sums and products run unchecked where
+/// they stand and pass through `finite` when they leave, which costs one test instead of one a term; an
+/// infinity or a not-a-number born on the way cannot turn finite again by adding or multiplying.
+namespace checked {
+
+/// `x` itself; failure 6 where it is not finite.
+inline double finite(double x) {
+  if (!std::isfinite(x)) raise(FailureNumber::Overflow);
+  return x;
+}
+
+/// a / b; failure 11 for b = 0, failure 6 for a quotient that is too large.
+inline double quotient(double a, double b) {
+  if (b == 0) raise(FailureNumber::DivisionByZero);
+  return finite(a / b);
+}
+
+/// The square root; failure 5 for a negative x.
+inline double root(double x) {
+  if (x < 0) raise(FailureNumber::InvalidCall);
+  return finite(std::sqrt(x));
+}
+
+/// The natural logarithm; failure 5 unless x > 0.
+inline double log(double x) {
+  if (x <= 0) raise(FailureNumber::InvalidCall);
+  return finite(std::log(x));
+}
+
+inline double exp(double x) { return finite(std::exp(x)); }
+
+/// x to the power y; failure 5 for 0 to a negative power and for a negative x to a power that is not whole.
+inline double power(double x, double y) {
+  if ((x == 0 && y < 0) || (x < 0 && y != std::trunc(y))) raise(FailureNumber::InvalidCall);
+  return finite(std::pow(x, y));
+}
+
+/// Failure 6 unless every element of every array is finite: what a method does before it hands results over.
+template <class... Arrays>
+void leaving(const Arrays&... arrays) {
+  const auto check = [](const DoubleArray& array) {
+    // x - x is 0 for a finite x and a not-a-number otherwise, so one sum tells for all of them.
+    double sum = 0;
+    for (const double x : array.elements()) sum += x - x;
+    finite(sum);
+  };
+  (check(arrays), ...);
+}
+
+}  // namespace checked
+
+/// `x` rounded to the nearest whole number, a half to the even one.
+inline double roundHalfEven(double x) { return std::nearbyint(x); }
+
+/// The integer nearest to `x`, a half to the even one; failure 6 where `T` cannot hold it.
+template <std::integral T>
+T toInteger(double x) {
+  const double rounded = roundHalfEven(x);
+  // Both bounds are exact as doubles: the lowest is a power of two, and so is one past the largest.
+  constexpr double lowest = static_cast<double>(std::numeric_limits<T>::min());
+  constexpr double beyond = 2.0 * static_cast<double>(std::numeric_limits<T>::max() / 2 + 1);
+  if (!(rounded >= lowest && rounded < beyond)) raise(FailureNumber::Overflow);
+  return static_cast<T>(rounded);
+}
+
+}  // namespace zelkova
