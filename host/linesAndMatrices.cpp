@@ -1,0 +1,402 @@
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numeric>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "host/EmbeddedWorksheetFunction.h"
+#include "host/compensatedSum.h"
+#include "host/domain.h"
+#include "zelkova/frame/NoValue.h"
+
+namespace zelkova {
+
+using domain::require;
+
+namespace {
+
+constexpr double epsilon = std::numeric_limits<double>::epsilon();
+
+double largestMagnitude(std::span<const double> values) {
+  double largest = 0;
+  for (const double x : values) largest = std::fmax(largest, std::fabs(x));
+  return largest;
+}
+
+/// The power of two that brings the largest of `values` into [1, 2), so that no square of them leaves the
+/// range of a double; 0 where all are 0.
+int exponentOf(std::span<const double> values) {
+  const double largest = largestMagnitude(values);
+  return largest == 0 ? 0 : std::ilogb(largest);
+}
+
+double sumOfSquares(std::span<const double> values) {
+  return std::inner_product(values.begin(), values.end(), values.begin(), 0.0);
+}
+
+double meanOf(std::span<const double> values) {
+  return compensatedSum(values) / static_cast<double>(values.size());
+}
+
+/// A variable about its mean, in units of a power of two.
+struct Centred {
+  std::vector<double> deviations;
+  double mean;
+  int exponent;
+};
+
+/// Nothing where all values are equal: the mean of such values need not be one of them, so deviations cannot
+/// tell.
+std::optional<Centred> centred(std::span<const double> values) {
+  const auto [low, high] = std::minmax_element(values.begin(), values.end());
+  if (*low == *high) return std::nullopt;
+  Centred result;
+  const int exponent = exponentOf(values);
+  result.deviations.reserve(values.size());
+  for (const double x : values) result.deviations.push_back(std::ldexp(x, -exponent));
+  const double mean = meanOf(result.deviations);
+  result.mean = std::ldexp(mean, exponent);
+  for (double& d : result.deviations) d -= mean;
+  const int rest = exponentOf(result.deviations);
+  for (double& d : result.deviations) d = std::ldexp(d, -rest);
+  result.exponent = exponent + rest;
+  return result;
+}
+
+void requireNumbers(const DoubleArray& values, const std::string& name) {
+  const auto x = values.elements();
+  require(values.filled() && std::all_of(x.begin(), x.end(), domain::finite),
+          (name + " must hold finite numbers").c_str());
+}
+
+void requirePairs(const DoubleArray& a, const DoubleArray& b, const std::string& function,
+                  const std::string& nameA, const std::string& nameB) {
+  requireNumbers(a, function + ": " + nameA);
+  requireNumbers(b, function + ": " + nameB);
+  require(a.size() == b.size(),
+          (function + ": " + nameA + " and " + nameB + " must be of the same length").c_str());
+  require(a.size() >= 2, (function + ": " + nameA + " must hold at least 2 numbers").c_str());
+}
+
+struct Line {
+  double intercept, slope;
+};
+
+Line leastSquaresLine(const DoubleArray& knownY, const DoubleArray& knownX, const std::string& function) {
+  requirePairs(knownY, knownX, function, "knownY", "knownX");
+  const auto x = centred(knownX.elements());
+  require(x.has_value(), (function + ": knownX must not be constant").c_str());
+  const auto y = centred(knownY.elements());
+  if (!y) return {knownY.elements().front(), 0};
+  const double products =
+      std::inner_product(x->deviations.begin(), x->deviations.end(), y->deviations.begin(), 0.0);
+  const double slope = std::ldexp(products / sumOfSquares(x->deviations), y->exponent - x->exponent);
+  return {y->mean - slope * x->mean, slope};
+}
+
+/// The variables of a regression, one a column, in the orientation of `knownY`.
+struct Regression {
+  std::vector<double> y;
+  std::vector<std::vector<double>> x;
+};
+
+Regression readRegression(const DoubleArray& knownY, const DoubleArray& knownX) {
+  requireNumbers(knownY, "LinEst: knownY");
+  Regression data{{knownY.elements().begin(), knownY.elements().end()}, {}};
+  const std::size_t n = data.y.size();
+  // Published: without known x, they are 1, 2, 3, ...
+  if (!knownX.filled()) {
+    std::vector<double> count(n);
+    std::iota(count.begin(), count.end(), 1.0);
+    data.x.push_back(std::move(count));
+    return data;
+  }
+  requireNumbers(knownX, "LinEst: knownX");
+  const auto shape = [](const DoubleArray& a) {
+    return std::pair(a.rows(), a.dimensions() == 2 ? a.columns() : Index(1));
+  };
+  const auto [rowsY, columnsY] = shape(knownY);
+  const auto [rowsX, columnsX] = shape(knownX);
+  const auto elements = knownX.elements();
+  if (columnsY == 1 && rowsX == rowsY) {
+    for (Index j = 0; j < columnsX; ++j) {
+      const auto first = elements.begin() + j * rowsX;
+      data.x.push_back(std::vector<double>(first, first + rowsX));
+    }
+  } else if (rowsY == 1 && columnsX == columnsY) {
+    for (Index i = 1; i <= rowsX; ++i) {
+      std::vector<double> variable;
+      for (Index j = 1; j <= columnsX; ++j) variable.push_back(knownX(i, j));
+      data.x.push_back(std::move(variable));
+    }
+  } else if (rowsX == rowsY && columnsX == columnsY) {
+    data.x.push_back(std::vector<double>(elements.begin(), elements.end()));
+  } else {
+    require(false, "LinEst: knownY and knownX must be of the same length");
+  }
+  return data;
+}
+
+/// Least squares by Householder reflections (Golub 1965). Variables are taken in their order; one that the
+/// earlier ones and the constant explain already gets no part in the fit.
+class LeastSquares {
+ public:
+  LeastSquares(Regression data, bool constant) : x_(std::move(data.x)), y_(std::move(data.y)) {
+    prepare(constant);
+    for (std::size_t j = 0; j < x_.size(); ++j) take(j);
+    solve();
+  }
+
+  std::size_t rank() const { return used_.size(); }
+  double coefficient(std::size_t j) const { return coefficients_[j]; }
+  double constantTerm() const { return constant_; }
+  double regressionSquares() const { return regressionSquares_; }
+  double residualSquares() const { return residualSquares_; }
+
+  /// The standard error of coefficient `j` for a residual standard deviation of 1.
+  double unitError(std::size_t j) const { return unitErrors_[j]; }
+  double unitErrorOfConstant() const { return unitErrorOfConstant_; }
+
+ private:
+  void prepare(bool constant) {
+    exponentOfY_ = exponentOf(y_);
+    for (double& v : y_) v = std::ldexp(v, -exponentOfY_);
+    normOfY_ = std::sqrt(sumOfSquares(y_));
+    for (auto& column : x_) {
+      exponents_.push_back(exponentOf(column));
+      for (double& v : column) v = std::ldexp(v, -exponents_.back());
+      norms_.push_back(std::sqrt(sumOfSquares(column)));
+    }
+    means_.assign(x_.size(), 0);
+    if (constant) {
+      for (std::size_t j = 0; j < x_.size(); ++j) {
+        means_[j] = meanOf(x_[j]);
+        for (double& v : x_[j]) v -= means_[j];
+      }
+      meanOfY_ = meanOf(y_);
+      for (double& v : y_) v -= meanOfY_;
+    }
+    for (const auto& column : x_) centredNorms_.push_back(std::sqrt(sumOfSquares(column)));
+  }
+
+  void take(std::size_t j) {
+    const std::size_t row = rank();
+    if (row >= y_.size()) return;
+    const std::span<double> pivot = std::span(x_[j]).subspan(row);
+    const double norm = std::sqrt(sumOfSquares(pivot));
+    if (norm <= 1e-14 * centredNorms_[j] || norm <= 8 * epsilon * norms_[j]) return;
+    const double diagonal = pivot[0] > 0 ? -norm : norm;
+    pivot[0] -= diagonal;
+    const double scale = -1 / (diagonal * pivot[0]);
+    const auto reflect = [&](std::vector<double>& column) {
+      const std::span<double> rest = std::span(column).subspan(row);
+      const double factor = scale * std::inner_product(rest.begin(), rest.end(), pivot.begin(), 0.0);
+      for (std::size_t i = 0; i < rest.size(); ++i) rest[i] -= factor * pivot[i];
+    };
+    for (std::size_t k = j + 1; k < x_.size(); ++k) reflect(x_[k]);
+    reflect(y_);
+    pivot[0] = diagonal;
+    used_.push_back(j);
+  }
+
+  double triangle(std::size_t row, std::size_t position) const { return x_[used_[position]][row]; }
+
+  void solve() {
+    coefficients_.assign(x_.size(), 0);
+    unitErrors_.assign(x_.size(), 0);
+    std::vector<double> scaled(rank());
+    for (std::size_t i = rank(); i-- > 0;) {
+      double sum = y_[i];
+      for (std::size_t k = i + 1; k < rank(); ++k) sum -= triangle(i, k) * scaled[k];
+      scaled[i] = sum / triangle(i, i);
+    }
+    double constant = meanOfY_;
+    for (std::size_t i = 0; i < rank(); ++i) {
+      const std::size_t j = used_[i];
+      coefficients_[j] = std::ldexp(scaled[i], exponentOfY_ - exponents_[j]);
+      unitErrors_[j] = std::ldexp(std::sqrt(inverseRowSquares(i)), -exponents_[j]);
+      constant -= scaled[i] * means_[j];
+    }
+    constant_ = std::ldexp(constant, exponentOfY_);
+    unitErrorOfConstant_ = std::sqrt(1 / static_cast<double>(y_.size()) + meanLeverage());
+
+    const auto fitted = std::span(y_).first(rank());
+    const auto residuals = std::span(y_).subspan(rank());
+    regressionSquares_ = std::ldexp(sumOfSquares(fitted), 2 * exponentOfY_);
+    residualSquares_ = std::ldexp(sumOfSquares(residuals), 2 * exponentOfY_);
+    // Residuals that are nothing but rounding are none: the fit is perfect.
+    if (std::sqrt(sumOfSquares(residuals)) <= 16 * epsilon * normOfY_) residualSquares_ = 0;
+  }
+
+  /// Sum of the squares of row `i` of the inverse of the triangle R: the solution of (row) R = e_i, which
+  /// begins at place i.
+  double inverseRowSquares(std::size_t i) const {
+    std::vector<double> row{1 / triangle(i, i)};
+    for (std::size_t k = i + 1; k < rank(); ++k) {
+      double sum = 0;
+      for (std::size_t m = i; m < k; ++m) sum -= row[m - i] * triangle(m, k);
+      row.push_back(sum / triangle(k, k));
+    }
+    return sumOfSquares(row);
+  }
+
+  /// The leverage of the point where all variables have the value 0.
+  double meanLeverage() const {
+    std::vector<double> solution(rank());
+    for (std::size_t k = 0; k < rank(); ++k) {
+      double sum = means_[used_[k]];
+      for (std::size_t m = 0; m < k; ++m) sum -= triangle(m, k) * solution[m];
+      solution[k] = sum / triangle(k, k);
+    }
+    return sumOfSquares(solution);
+  }
+
+  std::vector<std::vector<double>> x_;
+  std::vector<double> y_;
+  std::vector<double> norms_, centredNorms_, means_;
+  std::vector<int> exponents_;
+  std::vector<std::size_t> used_;
+  double normOfY_ = 0;
+  double meanOfY_ = 0;
+  int exponentOfY_ = 0;
+
+  std::vector<double> coefficients_, unitErrors_;
+  double constant_ = 0;
+  double unitErrorOfConstant_ = 0;
+  double regressionSquares_ = 0;
+  double residualSquares_ = 0;
+};
+
+void putStatistics(DoubleArray& table, const LeastSquares& fit, Index n, bool constant) {
+  const Index columns = table.columns();
+  const double df = static_cast<double>(n) - static_cast<double>(fit.rank()) - (constant ? 1 : 0);
+  const double total = fit.regressionSquares() + fit.residualSquares();
+  if (total > 0) table(3, 1) = fit.regressionSquares() / total;
+  table(4, 2) = df;
+  table(5, 1) = fit.regressionSquares();
+  table(5, 2) = fit.residualSquares();
+  if (df <= 0) return;
+  const double error = std::sqrt(fit.residualSquares() / df);
+  for (Index j = 1; j < columns; ++j) {
+    table(2, columns - j) = error * fit.unitError(static_cast<std::size_t>(j - 1));
+  }
+  if (constant) table(2, columns) = error * fit.unitErrorOfConstant();
+  table(3, 2) = error;
+  if (fit.rank() == 0 || fit.residualSquares() == 0) return;
+  table(4, 1) = fit.regressionSquares() / static_cast<double>(fit.rank()) / (fit.residualSquares() / df);
+}
+
+}  // namespace
+
+double EmbeddedWorksheetFunction::Slope(const DoubleArray& knownY, const DoubleArray& knownX) {
+  return domain::result(leastSquaresLine(knownY, knownX, "Slope").slope, "Slope");
+}
+
+double EmbeddedWorksheetFunction::Intercept(const DoubleArray& knownY, const DoubleArray& knownX) {
+  return domain::result(leastSquaresLine(knownY, knownX, "Intercept").intercept, "Intercept");
+}
+
+double EmbeddedWorksheetFunction::Correl(const DoubleArray& a, const DoubleArray& b) {
+  requirePairs(a, b, "Correl", "a", "b");
+  const auto x = centred(a.elements());
+  const auto y = centred(b.elements());
+  require(x && y, "Correl: neither a nor b may be constant");
+  const double products =
+      std::inner_product(x->deviations.begin(), x->deviations.end(), y->deviations.begin(), 0.0);
+  const double r =
+      products / (std::sqrt(sumOfSquares(x->deviations)) * std::sqrt(sumOfSquares(y->deviations)));
+  return std::clamp(r, -1.0, 1.0);
+}
+
+DoubleArray EmbeddedWorksheetFunction::LinEst(const DoubleArray& knownY, const DoubleArray& knownX,
+                                              bool constant, bool stats) {
+  Regression data = readRegression(knownY, knownX);
+  const Index n = static_cast<Index>(data.y.size());
+  const Index columns = static_cast<Index>(data.x.size()) + 1;
+  const LeastSquares fit(std::move(data), constant);
+  DoubleArray table(stats ? 5 : 1, columns, NoValue);
+  for (Index j = 1; j < columns; ++j) {
+    table(1, columns - j) = fit.coefficient(static_cast<std::size_t>(j - 1));
+  }
+  table(1, columns) = constant ? fit.constantTerm() : 0;
+  if (stats) putStatistics(table, fit, n, constant);
+  for (const double cell : table.elements()) domain::result(cell, "LinEst");
+  return table;
+}
+
+DoubleArray EmbeddedWorksheetFunction::MInverse(const DoubleArray& matrix) {
+  requireNumbers(matrix, "MInverse: matrix");
+  require(matrix.dimensions() == 2 ? matrix.rows() == matrix.columns() : matrix.size() == 1,
+          "MInverse: matrix must be square");
+  const char* singular = "MInverse: matrix must not be singular";
+  const Index n = matrix.rows();
+  const auto elements = matrix.elements();
+
+  // Rows and then columns in units of powers of two, so that pivots of matrices in mixed units compare.
+  std::vector<int> rowExponents(static_cast<std::size_t>(n)), columnExponents(static_cast<std::size_t>(n));
+  DoubleArray lu(n, n, 0.0);
+  std::copy(elements.begin(), elements.end(), lu.elements().begin());
+  for (Index i = 1; i <= n; ++i) {
+    double largest = 0;
+    for (Index j = 1; j <= n; ++j) largest = std::fmax(largest, std::fabs(lu(i, j)));
+    require(largest > 0, singular);
+    const int exponent = rowExponents[static_cast<std::size_t>(i - 1)] = std::ilogb(largest);
+    for (Index j = 1; j <= n; ++j) lu(i, j) = std::ldexp(lu(i, j), -exponent);
+  }
+  for (Index j = 1; j <= n; ++j) {
+    const auto column = lu.column(j);
+    require(largestMagnitude(column) > 0, singular);
+    const int exponent = columnExponents[static_cast<std::size_t>(j - 1)] = exponentOf(column);
+    for (double& v : column) v = std::ldexp(v, -exponent);
+  }
+
+  std::vector<Index> order(static_cast<std::size_t>(n));
+  std::iota(order.begin(), order.end(), Index(1));
+  for (Index k = 1; k <= n; ++k) {
+    Index pivot = k;
+    for (Index i = k + 1; i <= n; ++i) {
+      if (std::fabs(lu(i, k)) > std::fabs(lu(pivot, k))) pivot = i;
+    }
+    require(std::fabs(lu(pivot, k)) > static_cast<double>(n) * epsilon, singular);
+    if (pivot != k) {
+      std::swap(order[static_cast<std::size_t>(k - 1)], order[static_cast<std::size_t>(pivot - 1)]);
+      for (Index j = 1; j <= n; ++j) std::swap(lu(k, j), lu(pivot, j));
+    }
+    const auto multipliers = lu.column(k);
+    const std::size_t first = static_cast<std::size_t>(k);
+    for (std::size_t i = first; i < multipliers.size(); ++i) multipliers[i] /= lu(k, k);
+    for (Index j = k + 1; j <= n; ++j) {
+      const auto column = lu.column(j);
+      const double factor = column[first - 1];
+      for (std::size_t i = first; i < column.size(); ++i) column[i] -= factor * multipliers[i];
+    }
+  }
+
+  DoubleArray inverse(n, n, 0.0);
+  for (Index j = 1; j <= n; ++j) {
+    // Column order[j] of the inverse belongs to the row that pivoting moved to place j.
+    const Index row = order[static_cast<std::size_t>(j - 1)];
+    const auto x = inverse.column(row);
+    x[static_cast<std::size_t>(j - 1)] = 1;
+    for (std::size_t k = static_cast<std::size_t>(j - 1); k < x.size(); ++k) {
+      const auto multipliers = lu.column(static_cast<Index>(k) + 1);
+      for (std::size_t i = k + 1; i < x.size(); ++i) x[i] -= x[k] * multipliers[i];
+    }
+    for (std::size_t k = x.size(); k-- > 0;) {
+      const auto column = lu.column(static_cast<Index>(k) + 1);
+      x[k] /= column[k];
+      for (std::size_t i = 0; i < k; ++i) x[i] -= x[k] * column[i];
+    }
+    for (std::size_t i = 0; i < x.size(); ++i) {
+      x[i] = domain::result(
+          std::ldexp(x[i], -columnExponents[i] - rowExponents[static_cast<std::size_t>(row - 1)]),
+          "MInverse");
+    }
+  }
+  return inverse;
+}
+
+}  // namespace zelkova

@@ -1,0 +1,104 @@
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numbers>
+#include <span>
+
+#include "host/EmbeddedWorksheetFunction.h"
+#include "host/compensatedSum.h"
+#include "host/domain.h"
+
+namespace zelkova {
+
+using domain::require;
+
+namespace {
+
+/// Whether `quotient` is meant to be `whole`: it differs by no more than the rounding of its parts.
+bool isWhole(double quotient, double whole) {
+  return std::fabs(quotient - whole) <= 4 * std::numeric_limits<double>::epsilon() * std::fabs(quotient);
+}
+
+std::span<const double> numbers(const DoubleArray& values, const char* unfilled, const char* notFinite) {
+  require(values.filled(), unfilled);
+  require(std::all_of(values.elements().begin(), values.elements().end(), domain::finite), notFinite);
+  return values.elements();
+}
+
+}  // namespace
+
+double EmbeddedWorksheetFunction::Max(const DoubleArray& values) {
+  const auto x = numbers(values, "Max: values has no element", "Max: values must be finite numbers");
+  return *std::max_element(x.begin(), x.end());
+}
+
+double EmbeddedWorksheetFunction::Max(double a, double b) {
+  require(domain::finite(a) && domain::finite(b), "Max: values must be finite numbers");
+  return std::max(a, b);
+}
+
+double EmbeddedWorksheetFunction::Min(const DoubleArray& values) {
+  const auto x = numbers(values, "Min: values has no element", "Min: values must be finite numbers");
+  return *std::min_element(x.begin(), x.end());
+}
+
+double EmbeddedWorksheetFunction::Min(double a, double b) {
+  require(domain::finite(a) && domain::finite(b), "Min: values must be finite numbers");
+  return std::min(a, b);
+}
+
+double EmbeddedWorksheetFunction::Ceiling(double x, double significance) {
+  require(domain::finite(x), "Ceiling: x must be a finite number");
+  require(domain::finite(significance), "Ceiling: significance must be a finite number");
+  if (x == 0 || significance == 0) return 0;
+  require((x > 0) == (significance > 0), "Ceiling: x and significance must have the same sign");
+  const double quotient = x / significance;
+  // Deliberate: 0.07 is 7 steps of 0.01 though the quotient of the two doubles lies above 7.
+  if (!std::isfinite(quotient) || isWhole(quotient, std::round(quotient))) return x;
+  const double steps = std::ceil(quotient);
+  // Tenths and hundredths are no doubles, but their reciprocals are: 57 / 100 is 0.57, 57 * 0.01 is not.
+  const double reciprocal = std::round(1 / significance);
+  const double multiple = isWhole(1 / significance, reciprocal) ? steps / reciprocal : steps * significance;
+  return domain::result(multiple, "Ceiling");
+}
+
+double EmbeddedWorksheetFunction::RoundUp(double x, double digits) {
+  require(domain::finite(x), "RoundUp: x must be a finite number");
+  require(domain::finite(digits), "RoundUp: digits must be a finite number");
+  digits = std::trunc(digits);
+  if (x == 0) return 0;
+  const double power = std::pow(10, std::fabs(digits));
+  const double shifted = digits >= 0 ? x * power : x / power;
+  if (!std::isfinite(shifted)) return x;
+  const double nearest = std::round(shifted);
+  // Deliberate: 25.000000000000004 is 25 that went through arithmetic; a sample size of 26 helps nobody.
+  const bool meant = shifted != 0 && isWhole(shifted, nearest);
+  const double whole = meant ? nearest : std::copysign(std::fmax(std::ceil(std::fabs(shifted)), 1), x);
+  return domain::result(digits >= 0 ? whole / power : whole * power, "RoundUp");
+}
+
+double EmbeddedWorksheetFunction::Gcd(double a, double b) {
+  constexpr double bound = 9007199254740992;  // 2^53: from there on not every whole number is a double
+  a = std::trunc(a);
+  b = std::trunc(b);
+  require(a >= 0 && a < bound && b >= 0 && b < bound, "Gcd: a and b must be at least 0 and below 2^53");
+  while (b != 0) {
+    a = std::fmod(a, b);
+    std::swap(a, b);
+  }
+  return a;
+}
+
+double EmbeddedWorksheetFunction::Sum(const DoubleArray& values) {
+  const auto x = numbers(values, "Sum: values has no element", "Sum: values must be finite numbers");
+  return domain::result(compensatedSum(x), "Sum");
+}
+
+double EmbeddedWorksheetFunction::Average(const DoubleArray& values) {
+  const auto x = numbers(values, "Average: values has no element", "Average: values must be finite numbers");
+  return domain::result(compensatedSum(x) / static_cast<double>(x.size()), "Average");
+}
+
+double EmbeddedWorksheetFunction::Pi() { return std::numbers::pi; }
+
+}  // namespace zelkova
