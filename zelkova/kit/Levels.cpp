@@ -1,0 +1,86 @@
+#include "zelkova/kit/Levels.h"
+
+#include <cstdint>
+#include <functional>
+#include <string_view>
+
+#include "zelkova/kit/order.h"
+
+namespace zelkova {
+
+namespace {
+
+/// A table with open addressing that doubles before it is half full.
+class LevelTable {
+ public:
+  static constexpr Index none = -1;
+
+  /// The level under `hash` that `same` knows again; where there is none, `none`, and `next` enters.
+  template <class Same>
+  Index findOrEnter(std::uint64_t hash, Index next, Same same) {
+    if (2 * static_cast<std::size_t>(next) >= slots_.size()) grow();
+    std::size_t at = hash & (slots_.size() - 1);
+    for (; slots_[at].level != none; at = (at + 1) & (slots_.size() - 1)) {
+      if (slots_[at].hash == hash && same(slots_[at].level)) return slots_[at].level;
+    }
+    slots_[at] = {hash, next};
+    return none;
+  }
+
+ private:
+  struct Slot {
+    std::uint64_t hash = 0;
+    Index level = none;
+  };
+
+  void grow() {
+    std::vector<Slot> larger(2 * slots_.size());
+    for (const Slot& slot : slots_) {
+      if (slot.level == none) continue;
+      std::size_t at = slot.hash & (larger.size() - 1);
+      while (larger[at].level != none) at = (at + 1) & (larger.size() - 1);
+      larger[at] = slot;
+    }
+    slots_ = std::move(larger);
+  }
+
+  std::vector<Slot> slots_ = std::vector<Slot>(64);
+};
+
+std::uint64_t hashOf(double x) {
+  // The bits of round numbers differ in a few high places only: mix them down (finalizer of MurmurHash3).
+  std::uint64_t bits = order::keyOf(x);
+  bits = (bits ^ (bits >> 33)) * 0xFF51AFD7ED558CCDULL;
+  bits = (bits ^ (bits >> 33)) * 0xC4CEB9FE1A85EC53ULL;
+  return bits ^ (bits >> 33);
+}
+
+std::uint64_t hashOf(const std::string& text) { return std::hash<std::string_view>()(text); }
+
+bool same(double a, double b) { return order::keyOf(a) == order::keyOf(b); }
+
+bool same(const std::string& a, const std::string& b) { return a == b; }
+
+}  // namespace
+
+template <class T>
+void Levels::collect(std::span<const T> values) {
+  LevelTable table;
+  codes_.reserve(values.size());
+  for (const T& value : values) {
+    Index level = table.findOrEnter(hashOf(value), count(), [&](Index known) {
+      return same(values[static_cast<std::size_t>(firsts_[static_cast<std::size_t>(known)])], value);
+    });
+    if (level == LevelTable::none) {
+      level = count();
+      firsts_.push_back(static_cast<Index>(codes_.size()));
+    }
+    codes_.push_back(level);
+  }
+}
+
+Levels::Levels(std::span<const double> values) { collect(values); }
+
+Levels::Levels(std::span<const std::string> texts) { collect(texts); }
+
+}  // namespace zelkova

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "zelkova/frame/Array.h"
+
+namespace zelkova {
+
+/// The distinct values of a column in order of first appearance, and which of them each element holds.
+/// Numbers and places count from 0. Texts compare exactly; -0 equals 0.
+class Levels {
+ public:
+  explicit Levels(std::span<const double> values);
+  explicit Levels(std::span<const std::string> texts);
+
+  Index count() const noexcept { return static_cast<Index>(firsts_.size()); }
+
+  /// For each level, the place of its first element.
+  const std::vector<Index>& firsts() const noexcept { return firsts_; }
+
+  /// For each element, the number of its level.
+  const std::vector<Index>& codes() const noexcept { return codes_; }
+
+ private:
+  template <class T>
+  void collect(std::span<const T> values);
+
+  std::vector<Index> firsts_;
+  std::vector<Index> codes_;
+};
+
+}  // namespace zelkova

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "zelkova/frame/Array.h"
+
+/// The summary routines in parts, for callers that need several of one column: they sort it, and sum it,
+/// once. `sorted` is a column in ascending order, never empty.
+namespace zelkova::summary {
+
+struct Limits {
+  double lower;
+  double upper;
+};
+
+/// A sorted copy of a column; failure 9 where the array was never filled.
+std::vector<double> sortedCopy(const DoubleArray& data);
+
+double median(std::span<const double> sorted);
+double lowerQuartile(std::span<const double> sorted);
+double upperQuartile(std::span<const double> sorted);
+
+/// As `GetMeanCILower` and `GetMeanCIUpper`.
+Limits meanLimits(Index n, double mean, double sd, double confidence);
+
+/// As `GetSDCILower` and `GetSDCIUpper`.
+double sdLowerLimit(Index n, double variance, double confidence);
+double sdUpperLimit(Index n, double variance, double confidence);
+
+/// As `GetMedianCI`.
+Limits medianLimits(std::span<const double> sorted, double confidence);
+
+}  // namespace zelkova::summary
