@@ -1,0 +1,124 @@
+#include "zelkova/kit/modzSupport.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <optional>
+
+#include "zelkova/frame/arithmetic.h"
+#include "zelkova/frame/numberText.h"
+#include "zelkova/kit/Levels.h"
+#include "zelkova/kit/order.h"
+
+namespace zelkova {
+
+namespace {
+
+template <class T>
+Array<T> distinct(const Array<T>& values) {
+  const std::span<const T> elements = values.vector();
+  const Levels levels(elements);
+  std::vector<T> result;
+  result.reserve(levels.firsts().size());
+  for (const Index first : levels.firsts()) result.push_back(elements[static_cast<std::size_t>(first)]);
+  return Array<T>(std::move(result));
+}
+
+/// For rows in rank order, each row's rank, by place; members of a run of ties get the mean of their places.
+DoubleArray averagedRanks(const std::vector<order::Row>& sorted) {
+  DoubleArray ranks(static_cast<Index>(sorted.size()));
+  const std::span<double> byPlace = ranks.vector();
+  for (std::size_t first = 0, next = 0; first < sorted.size(); first = next) {
+    while (next < sorted.size() && sorted[next].key == sorted[first].key) ++next;
+    const double rank = static_cast<double>(first + 1 + next) / 2;
+    for (std::size_t i = first; i < next; ++i) byPlace[static_cast<std::size_t>(sorted[i].place)] = rank;
+  }
+  return ranks;
+}
+
+DoubleArray distinctRanks(const std::vector<order::Row>& sorted) {
+  DoubleArray ranks(static_cast<Index>(sorted.size()));
+  double rank = 0;
+  for (const order::Row& row : sorted) ranks(row.place + 1) = ++rank;
+  return ranks;
+}
+
+bool balanced(Index n, const StringArray& factor1, const StringArray& factor2, bool equalCounts,
+              bool replicates) {
+  const Levels levels1(factor1.vector());
+  const Levels levels2(factor2.vector());
+  if (factor1.rows() < n || factor2.rows() < n) raise(FailureNumber::OutOfRange);
+  const auto even = [&](const std::vector<Index>& counts) {
+    const auto cells = static_cast<Index>(counts.size());
+    return std::all_of(counts.begin(), counts.end(), [&](Index count) {
+      return (!equalCounts || count * cells == n) && (!replicates || count >= 2);
+    });
+  };
+  if (!equalCounts && !replicates) return true;
+  // More cells than rows: some are empty, and neither condition lets that pass.
+  if (levels1.count() > n / levels2.count()) return false;
+
+  std::vector<Index> counts1(static_cast<std::size_t>(levels1.count()));
+  std::vector<Index> counts2(static_cast<std::size_t>(levels2.count()));
+  std::vector<Index> pairs(counts1.size() * counts2.size());
+  for (std::size_t i = 0; i < static_cast<std::size_t>(n); ++i) {
+    const auto level1 = static_cast<std::size_t>(levels1.codes()[i]);
+    const auto level2 = static_cast<std::size_t>(levels2.codes()[i]);
+    ++counts1[level1];
+    ++counts2[level2];
+    ++pairs[level1 * counts2.size() + level2];
+  }
+  return even(counts1) && even(counts2) && even(pairs);
+}
+
+/// The whole number that an argument holds; nothing where it is not numeric or shows a decimal point.
+std::optional<double> wholeNumber(const Variant& argument) {
+  const std::string text = argument.toText();
+  const std::optional<double> value = numberOf(text);
+  if (!value || text.find('.') != std::string::npos || *value != std::trunc(*value)) return std::nullopt;
+  return value;
+}
+
+}  // namespace
+
+void GetUniqueD(const DoubleArray& data, DoubleArray& result) { result = distinct(data); }
+
+void GetUniqueS(const StringArray& labels, StringArray& result) { result = distinct(labels); }
+
+bool IsFilledD(const DoubleArray& array) { return array.filled(); }
+
+bool IsFilledS(const StringArray& array) { return array.filled(); }
+
+void GetRanks(const DoubleArray& data, DoubleArray& ranks, bool averageTies) {
+  std::vector<order::Row> rows = order::rowsOf(data.vector());
+  if (averageTies) {
+    order::stableSort(rows);
+    ranks = averagedRanks(rows);
+  } else {
+    order::quickSort(rows);
+    ranks = distinctRanks(rows);
+  }
+}
+
+bool IsBalanced(const DoubleArray& data, const StringArray& factor1, const StringArray& factor2,
+                bool equalCounts, bool replicates) {
+  return balanced(data.rows(), factor1, factor2, equalCounts, replicates);
+}
+
+bool IsBalancedS(const StringArray& data, const StringArray& factor1, const StringArray& factor2,
+                 bool equalCounts, bool replicates) {
+  return balanced(data.rows(), factor1, factor2, equalCounts, replicates);
+}
+
+Variant GetGCD(const Variant& a, const Variant& b) {
+  const std::optional<double> first = wholeNumber(a);
+  const std::optional<double> second = wholeNumber(b);
+  if (!first || !second) return "ERROR: Invalid numeric argument(s)";
+  if (*first == 0 || *second == 0) return "ERROR: Argument(s) must be non-zero";
+  double larger = std::max(std::abs(*first), std::abs(*second));
+  double smaller = std::min(std::abs(*first), std::abs(*second));
+  while (smaller != 0) larger = std::exchange(smaller, std::fmod(larger, smaller));
+  return static_cast<double>(toInteger<std::int16_t>(larger));
+}
+
+}  // namespace zelkova
