@@ -3,6 +3,7 @@
 
 #include "host/EmbeddedWorksheetFunction.h"
 #include "host/domain.h"
+#include "host/gammaFunction.h"
 #include "host/tails.h"
 
 namespace zelkova {
@@ -11,7 +12,7 @@ using domain::require;
 
 double EmbeddedWorksheetFunction::NormSDist(double z) {
   require(domain::finite(z), "NormSDist: z must be a finite number");
-  return tails::normal(z).lower;
+  return tails::normalLower(z);
 }
 
 double EmbeddedWorksheetFunction::NormDist(double x, double mean, double sd, bool cumulative) {
@@ -19,7 +20,7 @@ double EmbeddedWorksheetFunction::NormDist(double x, double mean, double sd, boo
   require(domain::finite(mean), "NormDist: mean must be a finite number");
   require(domain::positive(sd), "NormDist: sd must be above 0");
   const double z = (x - mean) / sd;
-  if (cumulative) return tails::normal(z).lower;
+  if (cumulative) return tails::normalLower(z);
   return domain::result(tails::normalDensity(z) / sd, "NormDist");
 }
 
@@ -27,7 +28,7 @@ double EmbeddedWorksheetFunction::LogNormDist(double x, double mean, double sd) 
   require(domain::positive(x), "LogNormDist: x must be above 0");
   require(domain::finite(mean), "LogNormDist: mean must be a finite number");
   require(domain::positive(sd), "LogNormDist: sd must be above 0");
-  return tails::normal((std::log(x) - mean) / sd).lower;
+  return tails::normalLower((std::log(x) - mean) / sd);
 }
 
 double EmbeddedWorksheetFunction::TDist(double x, double df, double tails) {
@@ -65,7 +66,7 @@ double EmbeddedWorksheetFunction::BetaDist(double x, double alpha, double beta) 
 
 double EmbeddedWorksheetFunction::GammaLn(double x) {
   require(domain::positive(x), "GammaLn: x must be above 0");
-  return domain::result(tails::logGamma(x), "GammaLn");
+  return domain::result(gammaFunction::logGamma(x), "GammaLn");
 }
 
 double EmbeddedWorksheetFunction::BinomDist(double successes, double trials, double probability,

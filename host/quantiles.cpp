@@ -1,39 +1,304 @@
 #include "host/quantiles.h"
 
-#include <boost/math/special_functions/beta.hpp>
-#include <boost/math/special_functions/erf.hpp>
-#include <boost/math/special_functions/gamma.hpp>
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numbers>
+
+#include "host/gammaFunction.h"
+#include "host/incompleteBeta.h"
+#include "host/incompleteGamma.h"
+#include "host/tails.h"
 
 namespace zelkova::quantiles {
 
 namespace {
 
-namespace bp = boost::math::policies;
-using Policy = bp::policy<bp::domain_error<bp::ignore_error>, bp::pole_error<bp::ignore_error>,
-                          bp::overflow_error<bp::ignore_error>, bp::underflow_error<bp::ignore_error>,
-                          bp::denorm_error<bp::ignore_error>, bp::evaluation_error<bp::ignore_error>,
-                          bp::rounding_error<bp::ignore_error>, bp::promote_double<false>>;
-constexpr Policy policy;
+using tails::Tails;
+
+constexpr double epsilon = std::numeric_limits<double>::epsilon();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+/// What the search sees at one place: the tails, the density of the logarithm of the place, and the first two
+/// derivatives of the logarithm of that density.
+struct View {
+  Tails tails;
+  double density, slope, bend;
+};
+
+View viewOf(const IncompleteGamma& gamma, double x) {
+  const double density = gamma.density(x);
+  return {gamma.at(x, density), density, gamma.shape() - x, -x};
+}
+
+View viewOf(const IncompleteBeta& beta, double odds) {
+  const auto point = beta.atOdds(odds);
+  const double density = beta.density(point);
+  return {beta.tails(point, density), density, -point.excess, -(beta.a() + beta.b()) * point.x * point.y};
+}
+
+/// A tail of a distribution on the positive numbers that is to hold a probability of at most about 1/2.
+struct Target {
+  double p;
+  bool lower;
+
+  /// The same place, told by its smaller tail.
+  static Target fromLower(double p) { return p <= 0.5 ? Target{p, true} : Target{1 - p, false}; }
+  static Target fromUpper(double p) { return p <= 0.5 ? Target{p, false} : Target{1 - p, true}; }
+
+  double normalScore() const { return lower ? normal(p) : -normal(p); }
+};
+
+/// The change of ln x that brings the logarithm of the tail to that of its target by the first three terms of
+/// the reversed Taylor series, which Halley's form replaces far away; and what the next terms may amount to.
+struct Step {
+  double change, error;
+};
+
+Step stepFrom(const View& view, const Target& target) {
+  const double tail = target.lower ? view.tails.lower : view.tails.upper;
+  const double difference = (tail - target.p) / target.p;
+  const double logRatio =
+      std::fabs(difference) < 0.5 ? std::log1p(difference) : std::log(tail) - std::log(target.p);
+  const double first = (target.lower ? view.density : -view.density) / tail;
+  const double newton = -logRatio / first;
+  const double relative = view.slope - first;  // second derivative over the first
+  const double c2 = relative / 2;
+  const double c3 = (relative * relative + view.bend - first * relative) / 6;
+  const double unit = std::fabs(c2) + std::sqrt(std::fabs(c3));
+  const double size = std::fabs(newton) * unit;
+  if (size < 0.3) {
+    return {newton * (1 + newton * (-c2 + newton * (2 * c2 * c2 - c3))),
+            std::fabs(newton) * size * size * size};
+  }
+  return {newton / std::max(1 + c2 * newton, 0.5), infinity};
+}
+
+/// The place where the tail of `distribution` is the target's. Each place tells on which side of it the
+/// answer lies; a step that leaves the bracket so known is replaced by halving it, so that the search ends.
+template <class Distribution>
+double search(const Distribution& distribution, double start, const Target& target) {
+  constexpr double smallest = 1e-307;
+  constexpr double largest = 1e307;
+  double low = 0;
+  double high = infinity;
+  double x = std::isnan(start) ? 1 : std::clamp(start, smallest, largest);
+  for (int i = 0; i < 200; ++i) {
+    const View view = viewOf(distribution, x);
+    const double tail = target.lower ? view.tails.lower : view.tails.upper;
+    if (tail == target.p) return x;
+    ((tail > target.p) == target.lower ? high : low) = x;
+    if (high <= smallest) return 0;
+    if (low >= largest) return infinity;
+    const Step step = stepFrom(view, target);
+    const double next = x * std::exp(step.change);
+    if (step.error < epsilon / 8 || std::fabs(step.change) < epsilon) return next;
+    if (next > low && next < high) {
+      x = std::clamp(next, smallest, largest);
+      continue;
+    }
+    const double from = std::max(low, smallest);
+    const double to = std::min(high, largest);
+    x = std::sqrt(from) * std::sqrt(to);
+    if (x <= from || x >= to) return x;
+  }
+  return x;
+}
+
+/// Where a gamma variate of shape `a` lies when its lower tail is p and small: P is nearly
+/// x^a exp(-a x / (a + 1)) / Gamma(a + 1).
+double gammaNearZero(double a, double p) {
+  const double power = std::exp((std::log(p) + gammaFunction::logGamma(a + 1)) / a);
+  const double once = power * std::exp(std::min(power / (a + 1), 1.0));
+  return power * std::exp(std::min(once / (a + 1), 1.0));
+}
+
+/// Where Q is p and small: from x = -ln(p Gamma(a)) + (a - 1) ln x.
+double gammaFarOut(double a, double p) {
+  const double level = -std::log(p) - gammaFunction::logGamma(a);
+  double x = std::max(level, a) + 1;
+  for (int i = 0; i < 3; ++i)
+    x = std::max(level + (a - 1) * std::log(x) + std::log1p((a - 1) / (x + 1)), 0.1);
+  return x;
+}
+
+double gammaStart(double a, const Target& target) {
+  if (a < 1) {
+    if (target.lower) return gammaNearZero(a, target.p);
+    const double x = gammaNearZero(a, 1 - target.p);
+    return x < 0.3 ? x : gammaFarOut(a, target.p);
+  }
+  const double eta0 = target.normalScore() / std::sqrt(a);
+  if (eta0 > 1.2) return gammaFarOut(a, target.p);
+  if (eta0 < -1.2) return gammaNearZero(a, target.p);
+  // Temme 1992, sections 3 and 5: the place on the scale of the uniform expansion, and back to x.
+  const double e1 = -1.0 / 3 + eta0 * (1.0 / 36 + eta0 * (1.0 / 1620 - eta0 * (7.0 / 6480)));
+  const double e2 = -7.0 / 405 + eta0 * (-7.0 / 2592 + eta0 * (533.0 / 204120));
+  const double eta = eta0 + (e1 + e2 / a) / a;
+  const double mu =
+      eta * (1 + eta * (1.0 / 3 + eta * (1.0 / 36 + eta * (-1.0 / 270 + eta * (1.0 / 4320 + eta / 17010)))));
+  return a * std::max(1 + mu, 1e-3);
+}
+
+double gammaQuantile(double a, const Target& target) {
+  if (a == 0.5) {
+    const double z = target.lower ? normal(0.5 + target.p / 2) : normal(target.p / 2);
+    if (!target.lower || target.p > 0.1) return z * z / 2;
+  }
+  if (a == 1) return target.lower ? -std::log1p(-target.p) : -std::log(target.p);
+  return search(IncompleteGamma(a), gammaStart(a, target), target);
+}
+
+/// t^2 / df for Student's t whose two tails hold p (Hill 1970).
+double studentStart(double p, double df) {
+  const double a = 1 / (df - 0.5);
+  const double b = 48 / (a * a);
+  double c = ((20700 * a / b - 98) * a - 16) * a + 96.36;
+  const double d = ((94.5 / (b + c) - 3) / b + 1) * std::sqrt(a * std::numbers::pi / 2) * df;
+  double y = std::pow(d * p, 2 / df);
+  if (y <= 0.05 + a) {
+    return ((1 / (((df + 6) / (df * y) - 0.089 * d - 0.822) * (df + 2) * 3) + 0.5 / (df + 4)) * y - 1) *
+               (df + 1) / (df + 2) +
+           1 / y;
+  }
+  const double x = normal(p / 2);
+  y = x * x;
+  if (df < 5) c += 0.3 * (df - 4.5) * (x + 0.6);
+  c += (((0.05 * d * x - 5) * x - 7) * x - 2) * x + b;
+  y = (((((0.4 * y + 6.3) * y + 36) * y + 94.5) / c - y - 3) / b + 1) * x;
+  return std::expm1(a * y * y);
+}
+
+/// The odds at which the lower tail is p, p at most about 1/2.
+double betaStart(double a, double b, double p) {
+  if (b == 0.5 && a >= 1) return 1 / studentStart(p, 2 * a);
+  if (a == 0.5 && b >= 1) return studentStart(1 - p, 2 * b);
+  const double logBeta =
+      gammaFunction::logGamma(a) + gammaFunction::logGamma(b) - gammaFunction::logGamma(a + b);
+  const double power = std::exp((std::log(p) + std::log(a) + logBeta) / a);
+  if (power * (a + b) < 0.2 * (a + 1) || a < 0.6 || b < 0.6) {
+    const double x = std::min(power * std::exp(std::min((b - 1) * power / (a + 1), 1.0)), 0.999);
+    return x / (1 - x);
+  }
+  // Abramowitz and Stegun 26.5.22.
+  const double z = -normal(p);
+  const double ra = 1 / (2 * a - 1);
+  const double rb = 1 / (2 * b - 1);
+  const double lambda = (z * z - 3) / 6;
+  const double h = 2 / (ra + rb);
+  const double w =
+      z * std::sqrt(std::max(h + lambda, 0.0)) / h - (rb - ra) * (lambda + 5.0 / 6 - 2 / (3 * h));
+  return a / b * std::exp(-2 * w);
+}
+
+/// x / (1 - x) for the quantile x of a beta distribution.
+double betaOdds(double a, double b, const Target& target) {
+  const double start = target.lower ? betaStart(a, b, target.p) : 1 / betaStart(b, a, target.p);
+  return search(IncompleteBeta(a, b), start, target);
+}
 
 }  // namespace
 
-double normal(double p) { return -std::numbers::sqrt2 * boost::math::erfc_inv(2 * p, policy); }
-
-double studentBothTails(double p, double df) { return std::sqrt(varianceRatioUpper(p, 1, df)); }
-
-double gammaLower(double p, double shape) { return boost::math::gamma_p_inv(shape, p, policy); }
-
-double gammaUpper(double p, double shape) { return boost::math::gamma_q_inv(shape, p, policy); }
-
-double varianceRatioUpper(double p, double df1, double df2) {
-  double complement = 0;
-  const double x = boost::math::ibetac_inv(df1 / 2, df2 / 2, p, &complement, policy);
-  return df2 / df1 * (x / complement);
+/// Wichura 1988, algorithm AS 241, PPND16.
+double normal(double p) {
+  const double q = p - 0.5;
+  if (std::fabs(q) <= 0.425) {
+    const double r = 0.180625 - q * q;
+    return q *
+           (((((((2509.0809287301226727 * r + 33430.575583588128105) * r + 67265.770927008700853) * r +
+                45921.953931549871457) *
+                   r +
+               13731.693765509461125) *
+                  r +
+              1971.5909503065514427) *
+                 r +
+             133.14166789178437745) *
+                r +
+            3.387132872796366608) /
+           (((((((5226.495278852854561 * r + 28729.085735721942674) * r + 39307.89580009271061) * r +
+                21213.794301586595867) *
+                   r +
+               5394.1960214247511077) *
+                  r +
+              687.1870074920579083) *
+                 r +
+             42.313330701600911252) *
+                r +
+            1);
+  }
+  double r = std::sqrt(-std::log(q < 0 ? p : 1 - p));
+  double z;
+  if (r <= 5) {
+    r -= 1.6;
+    z = (((((((7.7454501427834140764e-4 * r + 0.0227238449892691845833) * r + 0.24178072517745061177) * r +
+             1.27045825245236838258) *
+                r +
+            3.64784832476320460504) *
+               r +
+           5.7694972214606914055) *
+              r +
+          4.6303378461565452959) *
+             r +
+         1.42343711074968357734) /
+        (((((((1.05075007164441684324e-9 * r + 5.475938084995344946e-4) * r + 0.0151986665636164571966) * r +
+             0.14810397642748007459) *
+                r +
+            0.68976733498510000455) *
+               r +
+           1.6763848301838038494) *
+              r +
+          2.05319162663775882187) *
+             r +
+         1);
+  } else {
+    r -= 5;
+    z = (((((((2.01033439929228813265e-7 * r + 2.71155556874348757815e-5) * r + 0.0012426609473880784386) *
+                 r +
+             0.026532189526576123093) *
+                r +
+            0.29656057182850489123) *
+               r +
+           1.7848265399172913358) *
+              r +
+          5.4637849111641143699) *
+             r +
+         6.6579046435011037772) /
+        (((((((2.04426310338993978564e-15 * r + 1.4215117583164458887e-7) * r + 1.8463183175100546818e-5) *
+                 r +
+             7.868691311456132591e-4) *
+                r +
+            0.0148753612908506148525) *
+               r +
+           0.13692988092273580531) *
+              r +
+          0.59983220655588793769) *
+             r +
+         1);
+  }
+  return q < 0 ? -z : z;
 }
 
-double betaLower(double p, double a, double b) { return boost::math::ibeta_inv(a, b, p, policy); }
+double studentBothTails(double p, double df) {
+  if (p == 1) return 0;
+  if (df == 1)
+    return p < 0.5 ? 1 / std::tan(p * (std::numbers::pi / 2)) : std::tan((1 - p) * (std::numbers::pi / 2));
+  if (df == 2) return (1 - p) * std::sqrt(2 / p) / std::sqrt(2 - p);
+  return std::sqrt(df * betaOdds(0.5, df / 2, Target::fromUpper(p)));
+}
+
+double gammaLower(double p, double shape) { return p == 0 ? 0 : gammaQuantile(shape, Target::fromLower(p)); }
+
+double gammaUpper(double p, double shape) { return p == 1 ? 0 : gammaQuantile(shape, Target::fromUpper(p)); }
+
+double varianceRatioUpper(double p, double df1, double df2) {
+  if (p == 1) return 0;
+  return df2 / df1 * betaOdds(df1 / 2, df2 / 2, Target::fromUpper(p));
+}
+
+double betaLower(double p, double a, double b) {
+  if (p == 0 || p == 1) return p;
+  const double odds = betaOdds(a, b, Target::fromLower(p));
+  return odds < 1 ? odds / (1 + odds) : 1 / (1 + 1 / odds);
+}
 
 }  // namespace zelkova::quantiles

@@ -1,72 +1,81 @@
 #include "host/tails.h"
 
-#include <boost/math/special_functions/beta.hpp>
-#include <boost/math/special_functions/binomial.hpp>
-#include <boost/math/special_functions/erf.hpp>
-#include <boost/math/special_functions/gamma.hpp>
 #include <cmath>
 #include <numbers>
+
+#include "host/gammaFunction.h"
+#include "host/incompleteBeta.h"
+#include "host/incompleteGamma.h"
 
 namespace zelkova::tails {
 
 namespace {
 
-namespace bp = boost::math::policies;
-using Policy = bp::policy<bp::domain_error<bp::ignore_error>, bp::pole_error<bp::ignore_error>,
-                          bp::overflow_error<bp::ignore_error>, bp::underflow_error<bp::ignore_error>,
-                          bp::denorm_error<bp::ignore_error>, bp::evaluation_error<bp::ignore_error>,
-                          bp::rounding_error<bp::ignore_error>, bp::promote_double<false>>;
-constexpr Policy policy;
+// The root of 1/2 in two parts.
+constexpr double rootHalf = std::numbers::sqrt2 / 2;
+constexpr double rootHalfRest = -4.833646656726456726e-17;
 
 }  // namespace
 
-Tails normal(double z) {
-  const double x = z * (std::numbers::sqrt2 / 2);
-  return {std::erfc(-x) / 2, std::erfc(x) / 2};
+double normalLower(double z) {
+  const double x = -z * rootHalf;
+  const double lower = std::erfc(x) / 2;
+  if (z > -5) return lower;
+  // Far out the rounding of x shows: erfc changes by a factor of 1 - 2 x lost.
+  return lower * (1 - 2 * x * (std::fma(-z, rootHalf, -x) - z * rootHalfRest));
 }
 
-double normalDensity(double z) {
-  return std::exp(-z * z / 2) * std::numbers::inv_sqrtpi / std::numbers::sqrt2;
+double normalDensity(double z) { return std::exp(-z * z / 2) * (std::numbers::inv_sqrtpi * rootHalf); }
+
+Tails student(double t, double df) {
+  // The two distributions whose t may be larger than a root of the largest double.
+  if (df == 1) {
+    constexpr double scale = 2 * std::numbers::inv_pi;
+    return {scale * std::atan(t), t > 0 ? scale * std::atan(1 / t) : 1};
+  }
+  if (df == 2) {
+    const double hypotenuse = std::hypot(t, std::numbers::sqrt2);
+    return {t / hypotenuse, 2 / hypotenuse / (hypotenuse + t)};
+  }
+  const IncompleteBeta beta(0.5, df / 2);
+  return beta.tails(beta.atRatio(t * t));
 }
 
-Tails student(double t, double df) { return varianceRatio(t * t, 1, df); }
-
-Tails gamma(double shape, double x) {
-  return {boost::math::gamma_p(shape, x, policy), boost::math::gamma_q(shape, x, policy)};
-}
+Tails gamma(double shape, double x) { return IncompleteGamma(shape).at(x); }
 
 Tails beta(double a, double b, double x) {
-  return {boost::math::ibeta(a, b, x, policy), boost::math::ibetac(a, b, x, policy)};
+  const IncompleteBeta distribution(a, b);
+  return distribution.tails(distribution.at(x));
 }
 
 Tails varianceRatio(double x, double df1, double df2) {
-  const double ratio = x * df1 / df2;
-  if (ratio <= 1) return beta(df1 / 2, df2 / 2, ratio / (1 + ratio));
-  const Tails mirrored = beta(df2 / 2, df1 / 2, 1 / (1 + ratio));
-  return {mirrored.upper, mirrored.lower};
+  const IncompleteBeta beta(df1 / 2, df2 / 2);
+  return beta.tails(beta.atRatio(x));
 }
 
-double logGamma(double x) { return boost::math::lgamma(x, policy); }
-
 double binomialMass(double successes, double trials, double probability) {
+  const double failures = trials - successes;
   if (probability == 0) return successes == 0;
-  if (probability == 1) return successes == trials;
-  return std::exp(logGamma(trials + 1) - logGamma(successes + 1) - logGamma(trials - successes + 1) +
-                  successes * std::log(probability) + (trials - successes) * std::log1p(-probability));
+  if (probability == 1) return failures == 0;
+  if (successes == 0) return std::exp(trials * std::log1p(-probability));
+  if (failures == 0) return std::exp(trials * std::log(probability));
+  const IncompleteBeta beta(successes, failures);
+  return beta.density(beta.at(probability)) / successes * (trials / failures);
 }
 
 double poissonMass(double count, double mean) {
   if (mean == 0) return count == 0;
-  return std::exp(count * std::log(mean) - mean - logGamma(count + 1));
+  if (count == 0) return std::exp(-mean);
+  return IncompleteGamma(count).density(mean) / count;
 }
 
+/// The probability of the successes, given those of sample and rest, all for one success probability (Loader
+/// 2000): every factor stays within the range of a double.
 double hypergeometricMass(double successes, double sample, double populationSuccesses, double population) {
-  const auto logChoose = [](double n, double k) {
-    return logGamma(n + 1) - logGamma(k + 1) - logGamma(n - k + 1);
-  };
-  return std::exp(logChoose(populationSuccesses, successes) +
-                  logChoose(population - populationSuccesses, sample - successes) -
-                  logChoose(population, sample));
+  const double p = sample / population;
+  return binomialMass(successes, populationSuccesses, p) *
+         binomialMass(sample - successes, population - populationSuccesses, p) /
+         binomialMass(sample, population, p);
 }
 
 }  // namespace zelkova::tails

@@ -7,8 +7,8 @@ struct Tails {
   double lower, upper;
 };
 
-/// Standard normal distribution.
-Tails normal(double z);
+// Standard normal distribution.
+double normalLower(double z);
 double normalDensity(double z);
 
 /// The absolute value of Student's t: below and above `t` >= 0, df >= 1.
@@ -23,9 +23,6 @@ Tails beta(double a, double b, double x);
 
 /// F distribution at x >= 0.
 Tails varianceRatio(double x, double df1, double df2);
-
-/// Natural logarithm of the gamma function, x > 0.
-double logGamma(double x);
 
 // Probabilities of single counts; the counts are whole and within the support.
 double binomialMass(double successes, double trials, double probability);
