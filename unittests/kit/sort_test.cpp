@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
+#include <cmath>
 #include <functional>
 #include <limits>
 #include <numeric>
@@ -226,6 +228,32 @@ TEST(ExchangeSort, OrdersLevelsAsPeopleDo) {
   StringArray terms{"A", "B", "AB"};
   ExchangeSortDS(effects, terms, false);
   EXPECT_EQ(terms, (StringArray{"A", "AB", "B"}));
+}
+
+// Fault: counting passes that miss digits: keys of one octave, of all sizes and signs, and with one stray
+// among many that share their leading digits.
+TEST(Sorts, OrderKeysOfEverySpread) {
+  std::mt19937_64 random(11);
+  const auto anyBits = [&] { return std::bit_cast<double>(random() & ~(std::uint64_t{1} << 62)); };
+  const auto unit = [&] { return 1 + std::ldexp(static_cast<double>(random() >> 12), -52); };
+  const auto near = [&] {
+    return random() % 1000 == 0 ? -1e300 : 1 + std::ldexp(static_cast<double>(random() % 4096), -52);
+  };
+  for (const std::function<double()>& draw :
+       std::initializer_list<std::function<double()>>{anyBits, unit, near}) {
+    DoubleArray keys(20000);
+    for (double& x : keys.elements()) x = draw();
+    std::vector<double> expected(keys.vector().begin(), keys.vector().end());
+    std::sort(expected.begin(), expected.end());
+    DoubleArray sorted = keys;
+    QuickSortD(sorted);
+    EXPECT_EQ(sorted, DoubleArray(expected));
+    std::vector<order::Row> rows = order::rowsOf(keys.vector());
+    order::stableSort(rows);
+    EXPECT_TRUE(std::is_sorted(rows.begin(), rows.end(), [](const order::Row& a, const order::Row& b) {
+      return std::pair(a.key, a.place) < std::pair(b.key, b.place);
+    }));
+  }
 }
 
 // Fault: a data-sized list in quadratic time, which here would take minutes; a key that is no number.

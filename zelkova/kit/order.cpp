@@ -7,31 +7,57 @@ namespace zelkova::order {
 
 namespace {
 
-/// Counting passes over the digits of the keys from the lowest on. Passes in which all keys share a digit are
-/// left out.
+/// Sorts each run of rows that `same` cannot tell apart by key, stably.
+template <class T, class KeyOf, class Same>
+void sortRuns(std::vector<T>& rows, KeyOf key, Same same) {
+  const auto less = [key](const T& a, const T& b) { return key(a) < key(b); };
+  for (auto first = rows.begin(); first != rows.end();) {
+    auto next = first + 1;
+    bool sorted = true;
+    for (; next != rows.end() && same(*first, *next); ++next) sorted = sorted && !less(*next, next[-1]);
+    if (!sorted) std::stable_sort(first, next, less);
+    first = next;
+  }
+}
+
+/// Counting passes over the digits of the keys, counted from the smallest key on, from the lowest digit up.
+/// Where the keys spread over more bits than four passes take, those sort the leading bits, which tell most
+/// keys of ordinary data apart, and the few runs left are sorted by comparison.
 template <class T, class KeyOf>
 void radixSort(std::vector<T>& rows, KeyOf key) {
   constexpr int digitBits = 11;
-  constexpr int passes = (64 + digitBits - 1) / digitBits;
   constexpr std::size_t digits = std::size_t{1} << digitBits;
-  const auto digit = [](Key k, int pass) {
-    return static_cast<std::size_t>(k >> (pass * digitBits)) & (digits - 1);
+  constexpr int mostPasses = 4;
+
+  Key smallest = key(rows.front());
+  Key largest = smallest;
+  for (const T& row : rows) {
+    smallest = std::min(smallest, key(row));
+    largest = std::max(largest, key(row));
+  }
+  const auto bits = static_cast<int>(std::bit_width(largest - smallest));
+  const int shift = std::max(0, bits - mostPasses * digitBits);
+  const int passes = (bits - shift + digitBits - 1) / digitBits;
+  const auto digit = [=](const T& row, int pass) {
+    return static_cast<std::size_t>((key(row) - smallest) >> (shift + pass * digitBits)) & (digits - 1);
   };
 
-  std::vector<std::array<std::size_t, digits>> counts(passes);
+  std::vector<std::array<std::size_t, digits>> counts(static_cast<std::size_t>(passes));
   for (const T& row : rows) {
-    const Key k = key(row);
-    for (int pass = 0; pass < passes; ++pass) ++counts[static_cast<std::size_t>(pass)][digit(k, pass)];
+    for (int pass = 0; pass < passes; ++pass) ++counts[static_cast<std::size_t>(pass)][digit(row, pass)];
   }
   std::vector<T> other(rows.size());
   for (int pass = 0; pass < passes; ++pass) {
     auto& start = counts[static_cast<std::size_t>(pass)];
-    if (start[digit(key(rows.front()), pass)] == rows.size()) continue;
     std::size_t place = 0;
     for (std::size_t& count : start) place += std::exchange(count, place);
-    for (const T& row : rows) other[start[digit(key(row), pass)]++] = row;
+    for (const T& row : rows) other[start[digit(row, pass)]++] = row;
     rows.swap(other);
   }
+  if (shift == 0) return;
+  sortRuns(rows, key, [=](const T& a, const T& b) {
+    return (key(a) - smallest) >> shift == (key(b) - smallest) >> shift;
+  });
 }
 
 /// From here on counting passes beat comparisons.
