@@ -1,5 +1,10 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+
 #include "zelkova/frame/Failure.h"
 
 namespace zelkova {
@@ -24,6 +29,13 @@ std::string failureText(Call call) {
     return failure.text();
   }
   return {};
+}
+
+/// Whether `actual` is within `tolerance` of `expected`, relative to it.
+inline testing::AssertionResult isClose(double actual, double expected, double tolerance = 1e-12) {
+  const double error = std::abs(actual - expected);
+  if (error <= tolerance * std::abs(expected)) return testing::AssertionSuccess();
+  return testing::AssertionFailure() << actual << " is not " << expected << ", off by " << error;
 }
 
 }  // namespace zelkova

@@ -12,12 +12,16 @@ std::string standardText(FailureNumber number) {
       return "Invalid procedure call or argument";
     case FailureNumber::Overflow:
       return "Overflow";
+    case FailureNumber::OutOfMemory:
+      return "Out of memory";
     case FailureNumber::OutOfRange:
       return "Subscript out of range";
     case FailureNumber::DivisionByZero:
       return "Division by zero";
     case FailureNumber::TypeMismatch:
       return "Type mismatch";
+    case FailureNumber::Internal:
+      return "Internal error";
     case FailureNumber::NoHost:
       return "The object cannot be created";
     case FailureNumber::HostRefused:

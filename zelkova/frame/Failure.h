@@ -10,9 +10,11 @@ namespace zelkova {
 enum class FailureNumber : int {
   InvalidCall = 5,      ///< invalid procedure call or argument
   Overflow = 6,         ///< a result is too large for a double, or for the integer asked for
+  OutOfMemory = 7,      ///< out of memory
   OutOfRange = 9,       ///< subscript out of range, an array that was never filled included
   DivisionByZero = 11,  ///< division by zero
   TypeMismatch = 13,    ///< a text where a number is needed, and the like
+  Internal = 51,        ///< a fault of the library's own
   NoHost = 429,         ///< the class needs a running host, and there is none
   HostRefused = 1004,   ///< a worksheet function refused its arguments
 };

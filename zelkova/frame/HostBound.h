@@ -9,9 +9,10 @@ namespace zelkova {
 /// The frame of the classes that bind to the host: the reference is taken at creation, which raises
 /// failure 429 where no host runs, and released with the instance.
 class HostBound {
- protected:
+ public:
   HostBound() : xlApp(runningHost()) {}
 
+ protected:
   WorksheetFunction& worksheetFunction() const { return xlApp->worksheetFunction(); }
 
   std::shared_ptr<Host> xlApp;

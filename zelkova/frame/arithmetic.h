@@ -66,13 +66,12 @@ void leaving(const Arrays&... arrays) {
 inline double roundHalfEven(double x) { return std::nearbyint(x); }
 
 /// The integer nearest to `x`, a half to the even one; failure 6 where `T` cannot hold it.
-template <std::integral T>
+template <std::signed_integral T>
 T toInteger(double x) {
   const double rounded = roundHalfEven(x);
-  // Both bounds are exact as doubles: the lowest is a power of two, and so is one past the largest.
+  // The lowest is a power of two, so it is exact as a double, and so is its opposite, one past the largest.
   constexpr double lowest = static_cast<double>(std::numeric_limits<T>::min());
-  constexpr double beyond = 2.0 * static_cast<double>(std::numeric_limits<T>::max() / 2 + 1);
-  if (!(rounded >= lowest && rounded < beyond)) raise(FailureNumber::Overflow);
+  if (!(rounded >= lowest && rounded < -lowest)) raise(FailureNumber::Overflow);
   return static_cast<T>(rounded);
 }
 
