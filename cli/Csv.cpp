@@ -1,0 +1,218 @@
+#include "cli/Csv.h"
+
+#include <csv.h>
+
+#include <algorithm>
+#include <charconv>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <utility>
+
+#include "cli/Request.h"
+#include "zelkova/frame/numberText.h"
+
+namespace zelkova::cli {
+
+namespace {
+
+bool isUtf8(std::string_view text) {
+  try {
+    nlohmann::json(text).dump();  // strict by default
+    return true;
+  } catch (const nlohmann::json::exception&) {
+    return false;
+  }
+}
+
+std::string readFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) throw RequestError(path + ": cannot be opened");
+  std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  if (file.bad() || text.empty()) throw RequestError(path + ": is empty or cannot be read");
+  return text;
+}
+
+std::optional<std::size_t> columnNumber(std::string_view text) {
+  std::size_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return number;
+}
+
+/// "3-5" as 3 and 5.
+std::optional<std::pair<std::size_t, std::size_t>> columnSpan(std::string_view text) {
+  const std::size_t dash = text.find('-');
+  if (dash == std::string_view::npos) return std::nullopt;
+  const auto first = columnNumber(text.substr(0, dash));
+  const auto last = columnNumber(text.substr(dash + 1));
+  if (!first || !last) return std::nullopt;
+  return std::pair{*first, *last};
+}
+
+}  // namespace
+
+/// What the parser's callbacks fill.
+struct Csv::Reading {
+  std::vector<std::vector<std::string>> rows;
+  std::vector<std::size_t> lines;
+  std::vector<std::string> row;
+  std::size_t rowLine = 0;  ///< where the row that is being read begins, 0 between rows
+
+  static void field(void* text, std::size_t length, void* self) {
+    static_cast<Reading*>(self)->row.emplace_back(static_cast<const char*>(text), length);
+  }
+  static void endOfRow(int, void* self) {
+    auto& reading = *static_cast<Reading*>(self);
+    reading.rows.push_back(std::exchange(reading.row, {}));
+    reading.lines.push_back(std::exchange(reading.rowLine, 0));
+  }
+};
+
+Csv Csv::read(const std::string& path, const CsvStyle& style) {
+  const std::string content = readFile(path);
+  std::string_view text = content;
+  if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+
+  csv_parser parser;
+  if (csv_init(&parser, CSV_STRICT | CSV_STRICT_FINI) != 0) throw RequestError(path + ": out of memory");
+  const std::unique_ptr<csv_parser, decltype(&csv_free)> owner(&parser, csv_free);
+  csv_set_delim(&parser, static_cast<unsigned char>(style.separator));
+
+  Reading reading;
+  const auto fail = [&](std::size_t line, const std::string& why) {
+    throw RequestError(path + ": line " + std::to_string(line) + " " + why);
+  };
+  std::size_t line = 0;
+  std::size_t blankLine = 0;
+  while (!text.empty()) {
+    ++line;
+    const std::size_t length = std::min(text.find('\n'), text.size() - 1) + 1;
+    const std::string_view piece = text.substr(0, length);
+    text.remove_prefix(length);
+    if (reading.rowLine == 0) {
+      // The parser passes over blank lines, but in a column a blank line may be a lost value.
+      if (trimmed(piece).empty()) {
+        if (blankLine == 0) blankLine = line;
+        continue;
+      }
+      if (blankLine != 0) fail(blankLine, "is blank");
+      reading.rowLine = line;
+    }
+    if (!isUtf8(piece)) fail(line, "is not UTF-8");
+    if (csv_parse(&parser, piece.data(), piece.size(), Reading::field, Reading::endOfRow, &reading) !=
+        piece.size()) {
+      fail(line, "has a quote that is out of place");
+    }
+  }
+  const std::size_t lastLine = reading.rowLine;
+  if (csv_fini(&parser, Reading::field, Reading::endOfRow, &reading) != 0) {
+    fail(lastLine, "opens a quote that is never closed");
+  }
+
+  Csv csv;
+  csv.path_ = path;
+  auto& rows = reading.rows;
+  if (rows.empty()) throw RequestError(path + ": has no rows");
+  const std::size_t width = rows.front().size();
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (rows[i].size() != width) {
+      fail(reading.lines[i], "has " + std::to_string(rows[i].size()) + " cells where the first row has " +
+                                 std::to_string(width));
+    }
+  }
+  if (style.header) {
+    csv.names_ = std::move(rows.front());
+    if (std::all_of(csv.names_.begin(), csv.names_.end(), [](const auto& name) { return numberOf(name); })) {
+      fail(reading.lines.front(), "holds numbers where the names of the columns belong; use --no-header");
+    }
+  }
+  const std::size_t firstRow = style.header ? 1 : 0;
+  csv.columns_.resize(width);
+  for (std::size_t j = 0; j < width; ++j) {
+    csv.columns_[j].reserve(rows.size());
+    for (std::size_t i = firstRow; i < rows.size(); ++i) csv.columns_[j].push_back(std::move(rows[i][j]));
+  }
+  csv.lines_.assign(reading.lines.begin() + static_cast<std::ptrdiff_t>(firstRow), reading.lines.end());
+  return csv;
+}
+
+std::string Csv::columnName(std::size_t column) const {
+  return names_.empty() ? std::to_string(column + 1) : "\"" + names_[column] + "\"";
+}
+
+std::size_t Csv::findColumn(std::string_view selection) const {
+  const auto count = std::count(names_.begin(), names_.end(), selection);
+  if (count > 1) throw RequestError(path_ + ": two columns are named \"" + std::string(selection) + "\"");
+  if (count == 1) {
+    return static_cast<std::size_t>(std::find(names_.begin(), names_.end(), selection) - names_.begin());
+  }
+  const std::optional<std::size_t> number = columnNumber(selection);
+  if (number && *number >= 1 && *number <= columns_.size()) return *number - 1;
+  std::string known;
+  for (std::size_t j = 0; j < columns_.size(); ++j) known += (j == 0 ? "" : ", ") + columnName(j);
+  throw RequestError(path_ + ": has no column \"" + std::string(selection) + "\"; it has " + known);
+}
+
+double Csv::number(std::size_t column, std::size_t row) const {
+  const std::string& cell = columns_[column][row];
+  if (const std::optional<double> value = numberOf(cell)) return *value;
+  throw RequestError(path_ + ": line " + std::to_string(lines_[row]) + ", column " + columnName(column) +
+                     ": " + (trimmed(cell).empty() ? "a blank cell" : "\"" + cell + "\"") +
+                     " where a number is needed");
+}
+
+Value Csv::select(const Argument& argument, std::string_view selection) const {
+  if (lines_.empty()) throw RequestError(path_ + ": has no rows of data for " + argument.name);
+  const bool isName = std::find(names_.begin(), names_.end(), selection) != names_.end();
+  const auto span = isName ? std::nullopt : columnSpan(selection);
+  std::size_t first = 0;
+  std::size_t last = 0;
+  if (span) {
+    std::tie(first, last) = *span;
+    if (first < 1 || first > last || last > columns_.size()) {
+      throw RequestError(path_ + ": has no columns " + std::string(selection) + "; it has " +
+                         std::to_string(columns_.size()));
+    }
+    --first;
+  } else {
+    first = findColumn(selection);
+    last = first + 1;
+  }
+
+  const auto fill = [&]<class T>(Array<T>, auto cell) -> Value {
+    const auto rows = static_cast<Index>(lines_.size());
+    Array<T> result = span ? Array<T>(rows, static_cast<Index>(last - first), T()) : Array<T>(rows);
+    auto at = result.elements().begin();
+    for (std::size_t j = first; j < last; ++j) {
+      for (std::size_t i = 0; i < lines_.size(); ++i) *at++ = cell(j, i);
+    }
+    return result;
+  };
+  switch (argument.type) {
+    case ValueType::Doubles:
+      return fill(DoubleArray(), [&](std::size_t j, std::size_t i) { return number(j, i); });
+    case ValueType::Texts:
+      return fill(StringArray(), [&](std::size_t j, std::size_t i) { return columns_[j][i]; });
+    case ValueType::MixedValues:
+      return fill(VariantArray(), [&](std::size_t j, std::size_t i) -> Variant {
+        const std::optional<double> value = numberOf(columns_[j][i]);
+        return value ? Variant(*value) : Variant(columns_[j][i]);
+      });
+    default:
+      refuse(argument, "is one " + inWords(argument.type, argument.shape) + ", not a column of a file");
+  }
+}
+
+Value CsvFiles::select(const Argument& argument, std::string_view reference) {
+  const std::size_t colon = reference.rfind(':');
+  if (colon == std::string_view::npos) refuse(argument, "needs a column: @file.csv:name or @file.csv:3-5");
+  const std::string path(reference.substr(0, colon));
+  auto found = files_.find(path);
+  if (found == files_.end()) found = files_.emplace(path, Csv::read(path, style_)).first;
+  return found->second.select(argument, reference.substr(colon + 1));
+}
+
+}  // namespace zelkova::cli

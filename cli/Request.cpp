@@ -1,0 +1,299 @@
+#include "cli/Request.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <utility>
+#include <vector>
+
+#include "zelkova/frame/NoValue.h"
+#include "zelkova/frame/arithmetic.h"
+#include "zelkova/frame/numberText.h"
+
+namespace zelkova::cli {
+
+using nlohmann::json;
+
+namespace {
+
+const Method& findMethod(const Class& target, std::string_view name) {
+  if (const Method* found = target.find(name)) return *found;
+  throw RequestError(target.name + " has no method \"" + std::string(name) + "\"; \"zelkova describe " +
+                     target.name + "\" names them");
+}
+
+std::string inputNames(const Method& method) {
+  std::string names;
+  for (const Argument& argument : method.arguments) {
+    if (argument.isInput()) names += (names.empty() ? "" : ", ") + argument.name;
+  }
+  return names.empty() ? "none" : names;
+}
+
+[[noreturn]] void refuseType(const Argument& argument, const json& value) {
+  refuse(argument, "needs a " + inWords(argument.type, argument.shape) + ", not " +
+                       (value.is_structured() ? std::string(value.type_name()) : value.dump()));
+}
+
+double number(const Argument& argument, const json& value) {
+  if (value.is_null()) return NoValue;
+  if (!value.is_number()) refuseType(argument, value);
+  return value.get<double>();
+}
+
+std::string text(const Argument& argument, const json& value) {
+  if (value.is_string()) return value.get<std::string>();
+  if (value.is_number()) return numberText(value.get<double>());
+  refuseType(argument, value);
+}
+
+Variant mixed(const Argument& argument, const json& value) {
+  if (value.is_null()) return {};
+  if (value.is_boolean()) return Variant::flag(value.get<bool>());
+  if (value.is_string()) return value.get<std::string>();
+  if (value.is_number()) return value.get<double>();
+  refuseType(argument, value);
+}
+
+template <class T>
+Value arrayFromJson(const Argument& argument, const json& value, T (*element)(const Argument&, const json&)) {
+  if (value.is_null()) return Array<T>();
+  if (!value.is_array()) refuseType(argument, value);
+  if (value.empty()) refuse(argument, "has no elements; leave it out for an array that was never filled");
+  if (!value.front().is_array()) {
+    Array<T> result(static_cast<Index>(value.size()));
+    Index i = 0;
+    for (const json& entry : value) result(++i) = element(argument, entry);
+    return result;
+  }
+  Array<T> result(static_cast<Index>(value.size()), static_cast<Index>(value.front().size()), T());
+  if (!result.filled()) refuse(argument, "has rows without elements");
+  Index i = 0;
+  for (const json& row : value) {
+    ++i;
+    if (!row.is_array() || static_cast<Index>(row.size()) != result.columns()) {
+      refuse(argument, "row " + std::to_string(i) + " is not as long as row 1");
+    }
+    Index j = 0;
+    for (const json& entry : row) result(i, ++j) = element(argument, entry);
+  }
+  return result;
+}
+
+std::int16_t wholeNumber(const Argument& argument, double value) {
+  try {
+    return toInteger<std::int16_t>(value);
+  } catch (const Failure&) {
+    refuse(argument, numberText(value) + " is beyond a 16-bit whole number");
+  }
+}
+
+double numberFromText(const Argument& argument, std::string_view text) {
+  if (trimmed(text) == "NoValue") return NoValue;
+  if (const std::optional<double> value = numberOf(text)) return *value;
+  refuse(argument, "\"" + std::string(text) + "\" is not a number");
+}
+
+Variant mixedFromText(std::string_view text) {
+  if (const std::optional<double> value = numberOf(text)) return *value;
+  if (sameIgnoringCase(text, "true") || sameIgnoringCase(text, "false")) {
+    return Variant::flag(sameIgnoringCase(text, "true"));
+  }
+  return std::string(text);
+}
+
+template <class Element>
+auto listFromText(const std::string& text, Element element) {
+  Array<decltype(element(std::string_view()))> list(1 + std::count(text.begin(), text.end(), ','));
+  std::string_view rest = text;
+  for (Index i = 1; i <= list.rows(); ++i) {
+    const std::size_t end = rest.find(',');
+    list(i) = element(trimmed(rest.substr(0, end)));
+    if (end != std::string_view::npos) rest.remove_prefix(end + 1);
+  }
+  return list;
+}
+
+}  // namespace
+
+const Class& findClass(std::string_view name) {
+  const Catalogue& catalogue = Catalogue::get();
+  if (name == catalogue.worksheetFunctions().name) return catalogue.worksheetFunctions();
+  if (const Class* found = catalogue.find(name)) return *found;
+  throw RequestError("there is no class \"" + std::string(name) + "\"; \"zelkova list\" names them");
+}
+
+void refuse(const Argument& argument, const std::string& why) {
+  throw RequestError(argument.name + ": " + why);
+}
+
+json parseJson(std::string_view text, std::string_view what) {
+  // The library itself would keep the last of two members of one name and lose the other without a word.
+  std::vector<std::set<std::string>> members;
+  const auto refuseTwins = [&](int, json::parse_event_t event, json& parsed) {
+    if (event == json::parse_event_t::object_start) members.emplace_back();
+    if (event == json::parse_event_t::object_end) members.pop_back();
+    if (event == json::parse_event_t::key && !members.back().insert(parsed.get<std::string>()).second) {
+      throw RequestError(std::string(what) + " holds " + parsed.dump() + " twice");
+    }
+    return true;
+  };
+  try {
+    return json::parse(text, refuseTwins);
+  } catch (const json::exception& error) {
+    // The library's texts begin with "[json.exception.parse_error.101] ", which tells a user nothing.
+    const std::string_view all = error.what();
+    const std::size_t start = all.find("] ");
+    throw RequestError(std::string(what) + " is not JSON: " +
+                       std::string(start == std::string_view::npos ? all : all.substr(start + 2)));
+  }
+}
+
+Value valueFromJson(const Argument& argument, const json& value) {
+  switch (argument.type) {
+    case ValueType::None:
+      break;
+    case ValueType::Double:
+      return number(argument, value);
+    case ValueType::Integer:
+      if (!value.is_number()) refuseType(argument, value);
+      return wholeNumber(argument, value.get<double>());
+    case ValueType::Flag:
+      if (!value.is_boolean()) refuse(argument, "needs true or false");
+      return value.get<bool>();
+    case ValueType::Text:
+      return text(argument, value);
+    case ValueType::Mixed:
+      return mixed(argument, value);
+    case ValueType::Doubles:
+      return arrayFromJson<double>(argument, value, number);
+    case ValueType::Texts:
+      return arrayFromJson<std::string>(argument, value, text);
+    case ValueType::MixedValues:
+      return arrayFromJson<Variant>(argument, value, mixed);
+  }
+  refuseType(argument, value);
+}
+
+Value valueFromText(const Argument& argument, const std::string& text) {
+  if (isArray(argument.type)) {
+    if (trimmed(text).starts_with('[')) return valueFromJson(argument, parseJson(text, argument.name));
+    if (trimmed(text).empty())
+      refuse(argument, "has no elements; leave it out for an array that was never filled");
+  }
+  switch (argument.type) {
+    case ValueType::None:
+      break;
+    case ValueType::Double:
+      return numberFromText(argument, text);
+    case ValueType::Integer:
+      return wholeNumber(argument, numberFromText(argument, text));
+    case ValueType::Flag:
+      if (sameIgnoringCase(text, "true")) return true;
+      if (sameIgnoringCase(text, "false")) return false;
+      refuse(argument, "needs true or false");
+    case ValueType::Text:
+      return text;
+    case ValueType::Mixed:
+      return mixedFromText(text);
+    case ValueType::Doubles:
+      return listFromText(text, [&](std::string_view entry) { return numberFromText(argument, entry); });
+    case ValueType::Texts:
+      return listFromText(text, [](std::string_view entry) { return std::string(entry); });
+    case ValueType::MixedValues:
+      return listFromText(text, mixedFromText);
+  }
+  refuse(argument, "cannot be given");
+}
+
+void checkShape(const Argument& argument, const Value& value) {
+  if (argument.shape == Shape::VectorOrTable) return;
+  const int wanted = argument.shape == Shape::Vector ? 1 : 2;
+  std::visit(
+      [&](const auto& array) {
+        if constexpr (requires { array.dimensions(); }) {
+          if (array.filled() && array.dimensions() != wanted) {
+            refuse(argument, std::string("needs a ") + inWords(argument.type, argument.shape) + ", not a " +
+                                 (wanted == 1 ? "table" : "vector"));
+          }
+        }
+      },
+      value);
+}
+
+Request::Request(std::string_view target) {
+  const std::size_t dot = target.find('.');
+  if (dot == std::string_view::npos) {
+    throw RequestError("\"" + std::string(target) + "\" names no method; write CLASS.METHOD");
+  }
+  class_ = &findClass(target.substr(0, dot));
+  method_ = &findMethod(*class_, target.substr(dot + 1));
+  values_.resize(method_->arguments.size());
+  given_.resize(values_.size());
+}
+
+Request Request::fromJson(const json& request) {
+  if (!request.is_object()) throw RequestError("a request is a JSON object with the member \"call\"");
+  for (const auto& [member, value] : request.items()) {
+    if (member != "id" && member != "call" && member != "args") {
+      throw RequestError("a request has no member \"" + member + "\"");
+    }
+  }
+  if (!request.contains("call") || !request["call"].is_string()) {
+    throw RequestError("the member \"call\" must name a method, as in \"yHTest.OneTOutput\"");
+  }
+  Request result(request["call"].get_ref<const std::string&>());
+  if (request.contains("id")) result.id_ = request["id"].dump();
+  if (request.contains("args")) result.setArguments(request["args"]);
+  return result;
+}
+
+void Request::setArguments(const json& arguments) {
+  if (arguments.is_object()) {
+    for (const auto& [name, value] : arguments.items()) {
+      const Argument& argument = claim(name);
+      set(argument, valueFromJson(argument, value));
+    }
+    return;
+  }
+  if (!arguments.is_array()) throw RequestError("\"args\" must be an object or an array");
+  auto value = arguments.begin();
+  for (const Argument& argument : method_->arguments) {
+    if (value == arguments.end()) return;
+    if (!argument.isInput()) continue;
+    claim(argument.name);
+    // An optional argument is left out by null; for a double that is not optional null is NoValue.
+    if (!(argument.optional && value->is_null())) set(argument, valueFromJson(argument, *value));
+    ++value;
+  }
+  if (value != arguments.end()) {
+    throw RequestError(name() + " takes no more arguments than " + inputNames(*method_));
+  }
+}
+
+const Argument& Request::claim(std::string_view argument) {
+  const std::optional<std::size_t> at = method_->find(argument);
+  if (!at) {
+    throw RequestError(name() + " has no argument \"" + std::string(argument) + "\"; it takes " +
+                       inputNames(*method_));
+  }
+  if (!method_->arguments[*at].isInput()) refuse(method_->arguments[*at], "is a result and cannot be given");
+  if (given_[*at]) refuse(method_->arguments[*at], "is given twice");
+  given_[*at] = true;
+  return method_->arguments[*at];
+}
+
+void Request::set(const Argument& argument, Value value) {
+  checkShape(argument, value);
+  values_[static_cast<std::size_t>(&argument - method_->arguments.data())] = std::move(value);
+}
+
+void Request::checkComplete() const {
+  for (std::size_t i = 0; i < values_.size(); ++i) {
+    const Argument& argument = method_->arguments[i];
+    const bool needed = argument.direction == Direction::In && !argument.optional && !isArray(argument.type);
+    if (needed && !given_[i]) refuse(argument, "is missing");
+  }
+}
+
+}  // namespace zelkova::cli

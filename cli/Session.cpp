@@ -1,0 +1,29 @@
+#include "cli/Session.h"
+
+#include <utility>
+
+#include "zelkova/frame/RunningObjects.h"
+
+namespace zelkova::cli {
+
+Session::Session() {
+  RunningObjects::add(hostName, std::make_shared<EmbeddedHost>(
+                                    [this](const std::string& text) { messages_.push_back(text); }));
+}
+
+Session::~Session() { RunningObjects::remove(hostName); }
+
+Answer Session::run(Request& request) {
+  messages_.clear();
+  Answer answer;
+  try {
+    const std::shared_ptr<void> instance = request.target().create();
+    answer.result = request.method().call(instance.get(), request.values());
+  } catch (const Failure& failure) {
+    answer.failure = failure;
+  }
+  answer.messages = std::move(messages_);
+  return answer;
+}
+
+}  // namespace zelkova::cli

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/Request.h"
+#include "host/EmbeddedHost.h"
+
+namespace zelkova::cli {
+
+/// What came of a call; the outputs stand in the request's values.
+struct Answer {
+  Value result;
+  std::optional<Failure> failure;
+  std::vector<std::string> messages;  ///< texts of the message boxes, in order
+};
+
+/// The embedded host, running for as long as the session lives, and the calls made on it.
+class Session {
+ public:
+  Session();
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  Answer run(Request& request);
+
+ private:
+  std::vector<std::string> messages_;
+};
+
+}  // namespace zelkova::cli

@@ -1,0 +1,29 @@
+#include "cli/batch.h"
+
+#include <istream>
+#include <nlohmann/json.hpp>
+#include <ostream>
+
+#include "cli/answerJson.h"
+
+namespace zelkova::cli {
+
+std::string answerLine(Session& session, const std::string& line) {
+  std::string id;
+  try {
+    const nlohmann::json json = parseJson(line, "the line");
+    if (json.is_object() && json.contains("id")) id = "\"id\": " + json["id"].dump() + ", ";
+    Request request = Request::fromJson(json);
+    request.checkComplete();
+    const Answer answer = session.run(request);
+    return answerJson(request, answer);
+  } catch (const RequestError& error) {
+    return "{" + id + "\"error\": " + jsonText(error.what()) + "}";
+  }
+}
+
+void runBatch(Session& session, std::istream& in, std::ostream& out) {
+  for (std::string line; out && std::getline(in, line);) out << answerLine(session, line) << std::endl;
+}
+
+}  // namespace zelkova::cli

@@ -1,0 +1,190 @@
+#include "cli/program.h"
+
+#include <CLI/CLI.hpp>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <string_view>
+
+#include "cli/Csv.h"
+#include "cli/Request.h"
+#include "cli/Session.h"
+#include "cli/answerJson.h"
+#include "cli/batch.h"
+#include "cli/describe.h"
+#include "cli/show.h"
+#include "zelkova/frame/numberText.h"
+
+namespace zelkova::cli {
+
+namespace {
+
+constexpr int success = 0;
+constexpr int methodFailed = 1;
+constexpr int badRequest = 2;
+
+constexpr int readersDigits = 6;
+
+struct Options {
+  bool json = false;
+  bool markdown = false;
+  std::string target;
+  std::vector<std::string> words;
+  int digits = readersDigits;
+  bool full = false;
+  std::string separator = ",";
+  bool noHeader = false;
+};
+
+std::string readAll(std::istream& in) {
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+std::string readRequestText(const std::string& path, std::istream& in) {
+  if (path == "-") return readAll(in);
+  std::ifstream file(path, std::ios::binary);
+  if (!file) throw RequestError(path + ": cannot be opened (an argument of the call is written name=value)");
+  return readAll(file);
+}
+
+/// Takes over the request that stands in a file, which may leave out what the command line says.
+void readRequestFile(Request& request, const std::string& path, std::istream& in) {
+  nlohmann::json json = parseJson(readRequestText(path, in), path == "-" ? "the request" : path);
+  if (!json.is_object()) throw RequestError(path + ": a request is a JSON object");
+  if (!json.contains("call")) json["call"] = request.name();
+  if (json["call"] != request.name()) {
+    throw RequestError(path + ": calls " + json["call"].dump() + ", not \"" + request.name() + "\"");
+  }
+  request = Request::fromJson(json);
+}
+
+Request readCall(const Options& options, std::istream& in) {
+  Request request(options.target);
+  std::vector<std::string_view> assignments;
+  const std::string* file = nullptr;
+  for (const std::string& word : options.words) {
+    if (word.find('=') != std::string::npos) {
+      assignments.push_back(word);
+    } else if (file == nullptr) {
+      file = &word;
+    } else {
+      throw RequestError("\"" + word +
+                         "\": a call reads one request file; an argument is written name=value");
+    }
+  }
+  if (file != nullptr) readRequestFile(request, *file, in);
+
+  if (options.separator.size() != 1) throw RequestError("--separator: must be one character");
+  CsvFiles files({options.separator.front(), !options.noHeader});
+  for (const std::string_view word : assignments) {
+    const std::size_t equals = word.find('=');
+    const Argument& argument = request.claim(trimmed(word.substr(0, equals)));
+    const std::string_view text = word.substr(equals + 1);
+    if (text.starts_with("@@")) {
+      request.set(argument, valueFromText(argument, std::string(text.substr(1))));
+    } else if (text.starts_with('@')) {
+      request.set(argument, files.select(argument, text.substr(1)));
+    } else {
+      request.set(argument, valueFromText(argument, std::string(text)));
+    }
+  }
+  request.checkComplete();
+  return request;
+}
+
+int call(const Options& options, std::istream& in, std::ostream& out, std::ostream& err) {
+  Request request = readCall(options, in);
+  Session session;
+  const Answer answer = session.run(request);
+  if (options.json) {
+    out << answerJson(request, answer) << "\n";
+  } else if (answer.failure) {
+    for (const std::string& message : answer.messages) err << "Message: " << message << "\n";
+    err << "Failure " << answer.failure->number() << ": " << answer.failure->text() << "\n";
+  } else {
+    out << showAnswer(request, answer, options.full ? allDigits : options.digits);
+  }
+  return answer.failure ? methodFailed : success;
+}
+
+void list(const Options& options, std::ostream& out) {
+  out << (options.json ? listJson() : options.markdown ? listMarkdown() : listText());
+}
+
+void describe(const Options& options, std::ostream& out) {
+  if (options.target.find('.') != std::string::npos) {
+    if (options.markdown) throw RequestError("--markdown: describes a whole class");
+    const Request request(options.target);
+    out << (options.json ? describeJson(request.target(), request.method())
+                         : describeText(request.target(), request.method()));
+    return;
+  }
+  const Class& subject = findClass(options.target);
+  out << (options.json       ? describeJson(subject)
+          : options.markdown ? describeMarkdown(subject)
+                             : describeText(subject));
+}
+
+}  // namespace
+
+int runProgram(const std::vector<std::string>& arguments, std::istream& in, std::ostream& out,
+               std::ostream& err) {
+  Options options;
+  CLI::App app("Statistics for process improvement.", "zelkova");
+  app.require_subcommand(1);
+  app.set_version_flag("--version", "zelkova " ZELKOVA_VERSION);
+
+  CLI::App* listCommand = app.add_subcommand("list", "Name the classes");
+  CLI::App* describeCommand =
+      app.add_subcommand("describe", "Show a class or a method: arguments, results, notes");
+  describeCommand->add_option("CLASS[.METHOD]", options.target)->required();
+  for (CLI::App* command : {listCommand, describeCommand}) {
+    command->add_flag("--json", options.json, "Print JSON");
+    command->add_flag("--markdown", options.markdown, "Print a page of the reference");
+  }
+
+  CLI::App* callCommand = app.add_subcommand(
+      "call",
+      "Call a method and print its results.\n"
+      "A value is a number, true or false, a text, a list with commas between, an array in JSON,\n"
+      "@file.csv:column for a column by name or number, or @file.csv:3-5 for columns as a table.\n"
+      "A text that begins with @ is written with a second one: @@home.");
+  callCommand->add_option("CLASS.METHOD", options.target)->required();
+  callCommand->add_option("name=value|REQUEST.json|-", options.words,
+                          "Arguments, and a file with a request in JSON");
+  callCommand->add_flag("--json", options.json, "Print the answer as one line of JSON, every digit kept");
+  callCommand->add_option("--digits", options.digits, "Significant digits of the numbers printed")
+      ->check(CLI::Range(1, 17))
+      ->capture_default_str();
+  callCommand->add_flag("--full", options.full, "Print every digit that matters");
+  callCommand->add_option("--separator", options.separator, "What stands between the cells of a CSV file")
+      ->capture_default_str();
+  callCommand->add_flag("--no-header", options.noHeader, "The first row of a CSV file is data");
+
+  CLI::App* batchCommand = app.add_subcommand("batch", "Answer requests: JSON lines in, JSON lines out");
+
+  try {
+    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error, out, err) == 0 ? success : badRequest;
+  }
+
+  try {
+    if (batchCommand->parsed()) {
+      Session session;
+      runBatch(session, in, out);
+    } else if (callCommand->parsed()) {
+      return call(options, in, out, err);
+    } else if (describeCommand->parsed()) {
+      describe(options, out);
+    } else {
+      list(options, out);
+    }
+  } catch (const RequestError& error) {
+    err << "zelkova: " << error.what() << "\n";
+    return badRequest;
+  }
+  return success;
+}
+
+}  // namespace zelkova::cli

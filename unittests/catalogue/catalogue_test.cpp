@@ -1,0 +1,166 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <new>
+#include <set>
+
+#include "cli/describe.h"
+#include "unittests/support.h"
+#include "zelkova/catalogue/Catalogue.h"
+#include "zelkova/catalogue/describe.h"
+#include "zelkova/frame/slots.h"
+
+namespace zelkova {
+namespace {
+
+ZELKOVA_SLOTS(Pair, First, Second);
+
+/// Has an argument of every type and direction.
+class Probe {
+ public:
+  double Everything(double x, std::int16_t whole, bool flag, const std::string& text, const Variant& mixed,
+                    const DoubleArray& doubles, const StringArray& texts, const VariantArray& mixedValues,
+                    std::int16_t& order, DoubleArray& terms, double& scalar, std::string& errorCode,
+                    DoubleArray& pair) const {
+    scalar = x + whole + (flag ? 1 : 0) + mixed.toNumber();
+    errorCode = text + texts(1);
+    order = static_cast<std::int16_t>(order + 1);
+    terms(1) += doubles(1) + mixedValues(2).toNumber();
+    DoubleArray result(Pair::size);
+    result(Pair::Second) = terms(1);
+    pair = result;
+    return 42;
+  }
+
+  void Exhaust(double& result) {
+    result = 1;
+    throw std::bad_alloc();
+  }
+};
+
+Class probe() {
+  using Note = ArgumentNote;
+  return Description<Probe>("Probe", "A class for tests")
+      .method("Everything", &Probe::Everything, "Everything", Note("x", ""), Note("whole", ""),
+              Note("flag", "").optional(true), Note("text", ""), Note("mixed", ""),
+              Note("doubles", "").table(), Note("texts", ""), Note("mixedValues", "").vectorOrTable(),
+              Note("order", "").inOut(), Note("terms", "").inOut(), Note("scalar", ""), Note("errorCode", ""),
+              Note("pair", "").slots(Pair::names))
+      .method("Exhaust", &Probe::Exhaust, "Runs out of memory", Note("result", ""))
+      .done();
+}
+
+// Fault: a type or direction that differs from the signature, or names of slots that differ from the code's.
+TEST(Description, TakesTypesAndDirectionsFromTheSignature) {
+  const Class subject = probe();
+  const auto& arguments = subject.find("Everything")->arguments;
+  const ValueType types[] = {
+      ValueType::Double,  ValueType::Integer, ValueType::Flag,        ValueType::Text,    ValueType::Mixed,
+      ValueType::Doubles, ValueType::Texts,   ValueType::MixedValues, ValueType::Integer, ValueType::Doubles,
+      ValueType::Double,  ValueType::Text,    ValueType::Doubles};
+  ASSERT_EQ(arguments.size(), std::size(types));
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    EXPECT_EQ(arguments[i].type, types[i]) << i;
+    EXPECT_EQ(arguments[i].direction, i < 8    ? Direction::In
+                                      : i < 10 ? Direction::InOut
+                                               : Direction::Out)
+        << i;
+  }
+  EXPECT_EQ(arguments.back().slots, (std::vector<std::string>{"First", "Second"}));
+  EXPECT_EQ(subject.find("Everything")->result, ValueType::Double);
+  EXPECT_EQ(subject.find("everything"), nullptr);
+  EXPECT_FALSE(subject.binds);
+}
+
+// Fault: an argument that reaches the wrong parameter, a default that is not filled in, an output that stays
+// behind.
+TEST(Description, CallsThroughValues) {
+  const Class subject = probe();
+  const auto instance = subject.create();
+  const Method& method = *subject.find("Everything");
+  std::vector<Value> values = {0.5,
+                               std::int16_t{3},
+                               {},  // the flag's default is true
+                               std::string("ab"),
+                               Variant("1.25"),
+                               DoubleArray{10},
+                               StringArray{"c"},
+                               VariantArray{Variant(), Variant(7)},
+                               std::int16_t{8},
+                               DoubleArray{100},
+                               {},
+                               {},
+                               {}};
+  EXPECT_EQ(method.call(instance.get(), values), Value(42.0));
+  EXPECT_EQ(values[8], Value(std::int16_t{9}));
+  EXPECT_EQ(values[9], Value(DoubleArray{117}));
+  EXPECT_EQ(values[10], Value(5.75));
+  EXPECT_EQ(values[11], Value(std::string("abc")));
+  EXPECT_EQ(values[12], Value(DoubleArray{0, 117}));
+
+  std::vector<Value> missing(13);
+  EXPECT_EQ(failureNumber([&] { method.call(instance.get(), missing); }), 5);
+  std::vector<Value> wrongType(13, Value(std::string("text")));
+  EXPECT_EQ(failureNumber([&] { method.call(instance.get(), wrongType); }), 13);
+
+  std::vector<Value> one(1);
+  EXPECT_EQ(failureNumber([&] { subject.find("Exhaust")->call(instance.get(), one); }), 7);
+  EXPECT_EQ(one[0], Value(1.0)) << "what had been assigned by then is kept";
+}
+
+// Fault: an entry without help, doubled names, or names of slots that repeat, all of which a user would
+// stumble on.
+TEST(Catalogue, IsCompleteAndUnambiguous) {
+  std::set<std::string> classes;
+  for (const Class& subject : Catalogue::get().classes()) {
+    EXPECT_TRUE(classes.insert(subject.name).second) << subject.name;
+    EXPECT_FALSE(subject.help.empty()) << subject.name;
+    EXPECT_FALSE(subject.methods.empty()) << subject.name;
+    std::set<std::string> methods;
+    for (const Method& method : subject.methods) {
+      EXPECT_TRUE(methods.insert(method.name).second) << method.name;
+      EXPECT_FALSE(method.help.empty() || method.help.ends_with('.')) << method.name;
+      std::set<std::string> arguments;
+      for (const Argument& argument : method.arguments) {
+        EXPECT_TRUE(arguments.insert(argument.name).second) << method.name << " " << argument.name;
+        EXPECT_FALSE(argument.help.empty()) << method.name << " " << argument.name;
+        const std::set<std::string> slots(argument.slots.begin(), argument.slots.end());
+        EXPECT_EQ(slots.size(), argument.slots.size()) << method.name << " " << argument.name;
+      }
+    }
+  }
+}
+
+std::string contents(const std::filesystem::path& path) {
+  std::ifstream file(path);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+// Fault: reference pages that tell something other than the program does. `make docs` writes them anew.
+TEST(Reference, IsFresh) {
+  const std::filesystem::path folder = ZELKOVA_SOURCE_DIR "/docs/reference";
+  std::set<std::string> pages = {"README.md"};
+  EXPECT_EQ(contents(folder / "README.md"), cli::listMarkdown());
+  const auto check = [&](const Class& subject) {
+    pages.insert(subject.name + ".md");
+    EXPECT_EQ(contents(folder / (subject.name + ".md")), cli::describeMarkdown(subject)) << subject.name;
+  };
+  for (const Class& subject : Catalogue::get().classes()) check(subject);
+  check(Catalogue::get().worksheetFunctions());
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    EXPECT_TRUE(pages.contains(entry.path().filename().string())) << entry.path() << " is no class's page";
+  }
+}
+
+// Fault: a class that a reader of the README never hears of.
+TEST(Reference, ReadmeNamesEveryClass) {
+  const std::string readme = contents(ZELKOVA_SOURCE_DIR "/README.md");
+  for (const Class& subject : Catalogue::get().classes()) {
+    EXPECT_NE(readme.find("`" + subject.name + "`"), std::string::npos) << subject.name;
+  }
+}
+
+}  // namespace
+}  // namespace zelkova

@@ -1,0 +1,328 @@
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "cli/program.h"
+#include "zelkova/frame/NoValue.h"
+
+namespace zelkova::cli {
+namespace {
+
+using nlohmann::json;
+
+struct Outcome {
+  int code;
+  std::string out, err;
+};
+
+Outcome run(const std::vector<std::string>& arguments, const std::string& input = "") {
+  std::istringstream in(input);
+  std::ostringstream out, err;
+  const int code = runProgram(arguments, in, out, err);
+  return {code, out.str(), err.str()};
+}
+
+/// The answers of a batch, a line each.
+std::vector<json> batch(const std::string& input) {
+  const Outcome outcome = run({"batch"}, input);
+  EXPECT_EQ(outcome.code, 0) << outcome.err;
+  std::vector<json> answers;
+  std::istringstream lines(outcome.out);
+  for (std::string line; std::getline(lines, line);) answers.push_back(json::parse(line));
+  return answers;
+}
+
+json answer(const std::string& request) { return batch(request + "\n").at(0); }
+
+/// A file that lives for a test.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const std::string& text) {
+    static int count = 0;
+    path_ = std::filesystem::temp_directory_path() /
+            ("zelkova-test-" + std::to_string(::getpid()) + "-" + std::to_string(++count));
+    std::ofstream(path_, std::ios::binary) << text;
+  }
+  ~TemporaryFile() { std::filesystem::remove(path_); }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+  std::string path() const { return path_.string(); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+const char* const oneT =
+    R"("call": "yHTest.OneTOutput", "args": {"dy": [4.9, 5.1, 5.3], "TestMean": 5, "CLevel": 0.95, "TestType": "Not equals"})";
+
+// Fault: an answer that is not what the protocol promises. Expected: R, t.test(c(4.9, 5.1, 5.3), mu = 5).
+TEST(Batch, AnswersWithEveryDigit) {
+  const json reply = answer(std::string(R"({"id": "a1", )") + oneT + "}");
+  EXPECT_EQ(reply["id"], "a1");
+  const double expected[] = {5,
+                             0.95,
+                             3,
+                             5.1,
+                             0.2,
+                             0.115470053837925,
+                             4.60317245764993,
+                             5.59682754235006,
+                             0.866025403784437,
+                             0.477767032132907};
+  ASSERT_EQ(reply["outputs"]["OneTValue"].size(), std::size(expected));
+  for (std::size_t i = 0; i < std::size(expected); ++i) {
+    EXPECT_NEAR(reply["outputs"]["OneTValue"][i].get<double>(), expected[i], 1e-13);
+  }
+  EXPECT_EQ(reply.size(), 2u) << "neither failure nor messages";
+
+  // The shortest digits that read back the same, whole numbers without a point.
+  const Outcome outcome = run({"batch"}, R"({"call": "WorksheetFunction.Max", "args": [[0.1, -2]]})"
+                                         "\n");
+  EXPECT_EQ(outcome.out, "{\"result\": 0.1, \"outputs\": {}}\n");
+  EXPECT_EQ(
+      run({"batch"}, R"({"id": null, "call": "WorksheetFunction.Sum", "args": {"values": [[1, 2], [3, 4]]}})")
+          .out,
+      "{\"id\": null, \"result\": 10, \"outputs\": {}}\n");
+}
+
+// Fault: one bad line that ends the batch, loses its id, or shifts the answers of the others.
+TEST(Batch, GoesOnAfterABadLine) {
+  const std::vector<json> replies =
+      batch(std::string("{\n\n[1]\n{\"id\": 7, \"call\": \"yHTest.NoSuch\"}\n{\"id\": 8, ") + oneT + "}");
+  ASSERT_EQ(replies.size(), 5u);
+  for (std::size_t i = 0; i < 4; ++i) EXPECT_TRUE(replies[i]["error"].is_string()) << i;
+  EXPECT_EQ(replies[3]["id"], 7);
+  EXPECT_EQ(replies[4]["id"], 8);
+  EXPECT_TRUE(replies[4].contains("outputs"));
+}
+
+// Fault: a failure without its number, or outputs that are missing or half filled beside it.
+TEST(Batch, AnswersAFailureWithNumberAndText) {
+  const json reply =
+      answer(R"({"id": 1, "call": "yHTest.OneTOutput", "args": [[2, 2, 2], 5, 0.95, "Not equals"]})");
+  EXPECT_EQ(reply, json::parse(R"({"id": 1, "failure": {"number": 11, "text": "Division by zero"},
+                                   "outputs": {"OneTValue": null}, "messages": []})"));
+  // An array left out was never filled, and one that is null neither.
+  for (const char* dy : {"", "\"dy\": null, "}) {
+    const json never = answer(std::string(R"({"call": "yHTest.OneTOutput", "args": {)") + dy +
+                              R"("TestMean": 5, "CLevel": 0.95, "TestType": ""}})");
+    EXPECT_EQ(never["failure"]["number"], 9);
+  }
+}
+
+// Fault: null that is not `NoValue` both ways; a text taken for a number, or a number refused as a text.
+TEST(Batch, ConvertsOnlyAsPromised) {
+  const json paired =
+      answer(R"({"call": "yHTest.PairedTOutput", "args": [[1.5, 2.5], [1, 2], null, 0.95, "Not equals"]})");
+  EXPECT_EQ(paired["outputs"]["PTValue"][16], nullptr);  // t, without spread
+  EXPECT_EQ(paired["outputs"]["PTValue"][14], nullptr);  // TestMeanD, as it was given
+  EXPECT_EQ(paired["outputs"]["Difference"], json({0.5, 0.5}));
+  EXPECT_EQ(answer(R"({"call": "WorksheetFunction.Max", "args": [[1, null]]})")["result"], nullptr);
+
+  // A number stands for its text, which is no alternative, so nothing is decided.
+  const json number = answer(R"({"call": "yHTest.OneTOutput", "args": [[1, 2], 5, 0.95, 1.50]})");
+  EXPECT_EQ(number["outputs"]["OneTValue"][9], 0);
+}
+
+// Fault: a request that is taken although its reader cannot know what is meant, or an error that does not
+// name the culprit. Each is one line, and nothing is printed beside it.
+TEST(Call, RefusesWhatItCannotRead) {
+  const TemporaryFile csv("x,name,x\n1,a,2\n3,b,\n");
+  const TemporaryFile ragged("x,y\n1,2\n3\n");
+  const TemporaryFile gap("x\n1\n\n2\n");
+  const TemporaryFile noRows("x,y\n");
+  const TemporaryFile numbers("1,2\n3,4\n");
+  const TemporaryFile quote("x\n\"1\n2\n");
+  const TemporaryFile latin("name\n\xE4\n");
+  const TemporaryFile comma("x;y\n1,5;2\n");
+  const TemporaryFile bad("{\"call\": \"yHTest.OneTOutput\", ");
+  const TemporaryFile other(R"({"call": "yDStat.DesStatOutput"})");
+  const struct {
+    std::vector<std::string> words;
+    const char* culprit;
+  } cases[] = {
+      {{"yNone.OneTOutput"}, "yNone"},
+      {{"yHTest"}, "CLASS.METHOD"},
+      {{"yHTest.oneToutput"}, "oneToutput"},
+      {{"yHTest.OneTOutput", "TestMaen=5"}, "TestMaen"},
+      {{"yHTest.OneTOutput", "OneTValue=5"}, "OneTValue"},
+      {{"yHTest.OneTOutput", "dy=1,2", "dy=1,2"}, "dy: is given twice"},
+      {{"yHTest.OneTOutput", "dy=1,2", "TestMean=5", "CLevel=0.95"}, "TestType"},
+      {{"yHTest.OneTOutput", "TestMean=five"}, "TestMean: \"five\""},
+      {{"yHTest.OneTOutput", "dy=1,,2"}, "dy"},
+      {{"yHTest.OneTOutput", "dy="}, "dy"},
+      {{"yHTest.OneTOutput", "dy=[]"}, "dy"},
+      {{"yHTest.OneTOutput", "dy=[1, \"2\"]"}, "dy"},
+      {{"yHTest.OneTOutput", "dy=[1, 1e999]"}, "dy"},
+      {{"yHTest.OneTOutput", "dy=[[1, 2], [3, 4]]"}, "dy: needs a vector"},
+      {{"yHTest.OneTOutput", "dy=[[1, 2], [3]]"}, "dy: row 2"},
+      {{"yHTest.OneTOutput", "dy=@no-such-file.csv:x"}, "no-such-file.csv"},
+      {{"yHTest.OneTOutput", "dy=@" + csv.path()}, "dy"},
+      {{"yHTest.OneTOutput", "dy=@" + csv.path() + ":y"}, "\"y\""},
+      {{"yHTest.OneTOutput", "dy=@" + csv.path() + ":x"}, "two columns"},
+      {{"yHTest.OneTOutput", "dy=@" + csv.path() + ":name"}, "line 2, column \"name\": \"a\""},
+      {{"yHTest.OneTOutput", "dy=@" + csv.path() + ":3"}, "line 3, column \"x\": a blank cell"},
+      {{"yHTest.OneTOutput", "dy=@" + csv.path() + ":4"}, "\"4\""},
+      {{"yHTest.OneTOutput", "dy=@" + csv.path() + ":3-4"}, "3-4"},
+      {{"yHTest.OneTOutput", "dy=@" + csv.path() + ":1-1"}, "dy: needs a vector"},
+      {{"yHTest.OneTOutput", "TestMean=@" + csv.path() + ":1"}, "TestMean"},
+      {{"yHTest.OneTOutput", "dy=@" + ragged.path() + ":x"}, "line 3"},
+      {{"yHTest.OneTOutput", "dy=@" + gap.path() + ":x"}, "line 3 is blank"},
+      {{"yHTest.OneTOutput", "dy=@" + noRows.path() + ":x"}, "no rows"},
+      {{"yHTest.OneTOutput", "dy=@" + numbers.path() + ":1"}, "line 1"},
+      {{"yHTest.OneTOutput", "dy=@" + quote.path() + ":x"}, "line 2"},
+      {{"yHTest.OneTOutput", "dy=@" + latin.path() + ":name"}, "line 2 is not UTF-8"},
+      {{"yHTest.OneTOutput", "--separator", ";", "dy=@" + comma.path() + ":x"}, "\"1,5\""},
+      {{"yHTest.OneTOutput", "no-such-file.json"}, "no-such-file.json"},
+      {{"yHTest.OneTOutput", bad.path()}, "is not JSON"},
+      {{"yHTest.OneTOutput", other.path()}, "yDStat.DesStatOutput"},
+      {{"yHTest.TwoTOutput_S", "EqualVariance=1"}, "EqualVariance"},
+      {{"WorksheetFunction.MInverse", "matrix=1,2"}, "matrix: needs a table"},
+      {{"yHTest.OneTOutput", "--digits", "0"}, "digits"},
+  };
+  for (const auto& c : cases) {
+    std::vector<std::string> words = {"call"};
+    words.insert(words.end(), c.words.begin(), c.words.end());
+    const Outcome outcome = run(words);
+    EXPECT_EQ(outcome.code, 2) << outcome.err;
+    EXPECT_EQ(outcome.out, "") << c.culprit;
+    EXPECT_NE(outcome.err.find(c.culprit), std::string::npos)
+        << c.culprit << " is not named: " << outcome.err;
+    if (c.words[1 % c.words.size()] != "--digits") {
+      EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+    }
+  }
+}
+
+// Fault: requests that no batch may accept silently.
+TEST(Batch, RefusesWhatItCannotRead) {
+  for (const char* line :
+       {R"({"args": {}})", R"({"call": 5})", R"({"call": "yPath.AppPath", "arg": {}})",
+        R"({"call": "yPath.AppPath", "args": 5})", R"({"call": "yPath.AppPath", "args": [1]})",
+        R"({"call": "WorksheetFunction.NormSDist", "args": {"z": "1"}})",
+        R"({"call": "WorksheetFunction.NormSDist", "args": {"z": true}})",
+        R"({"call": "WorksheetFunction.NormSDist", "args": {"z": 1e400}})",
+        R"({"call": "WorksheetFunction.NormSDist", "args": {"z": [1]}})",
+        R"({"call": "WorksheetFunction.NormSDist", "args": {}})",
+        R"({"call": "WorksheetFunction.Sum", "args": {"values": [[], []]}})",
+        R"({"call": "WorksheetFunction.Sum", "args": {"values": [1, [2]]}})",
+        R"({"call": "WorksheetFunction.NormDist", "args": [1, 2, 3, 0]})",
+        R"({"call": "WorksheetFunction.NormSDist", "args": {"z": 1, "z": 2}})",
+        R"({"call": "yHTest.OneTOutput", "args": {"TestType": false}})", "\xFF"}) {
+    EXPECT_TRUE(answer(line)["error"].is_string()) << line;
+  }
+}
+
+// Fault: a file whose quoting, mark, line ends or blank end change the numbers.
+TEST(Call, ReadsColumnsOfAFile) {
+  const TemporaryFile csv("\xEF\xBB\xBF\"the, \"\"x\"\"\nin mm\",b,c\r\n 1.5 ,2,3\r\n\"-2e1\",4,5\r\n\r\n\n");
+  const auto sum = [&](const std::string& selection) {
+    return json::parse(
+        run({"call", "WorksheetFunction.Sum", "--json", "values=@" + csv.path() + ":" + selection}).out);
+  };
+  EXPECT_EQ(sum("the, \"x\"\nin mm")["result"], -18.5);
+  EXPECT_EQ(sum("1")["result"], -18.5);
+  EXPECT_EQ(sum("2-3")["result"], 14);
+  const TemporaryFile plain("7\n8");
+  EXPECT_EQ(json::parse(run({"call", "WorksheetFunction.Sum", "--json", "--no-header",
+                             "values=@" + plain.path() + ":1"})
+                            .out)["result"],
+            15);
+  const TemporaryFile semicolons("x;y\n1.5;2\n");
+  EXPECT_EQ(
+      run({"call", "WorksheetFunction.Sum", "--separator", ";", "values=@" + semicolons.path() + ":x"}).out,
+      "Sum  1.5\n");
+}
+
+// Fault: columns that do not stand under each other, digits that were not asked for, `NoValue` shown as a
+// number.
+TEST(Call, PrintsForAReader) {
+  const std::vector<std::string> paired = {
+      "call",        "yHTest.PairedTOutput", "dy1=1.5,2.5",        "dy2=1,2",
+      "TestMeanD=0", "CLevel=0.95",          "TestType=Not equals"};
+  const Outcome outcome = run(paired);
+  EXPECT_EQ(outcome.code, 0);
+  EXPECT_NE(outcome.out.find("PTValue\n"
+                             "   1  N1              2\n"
+                             "   2  Mean1           2\n"
+                             "   3  SD1             0.707107\n"),
+            std::string::npos)
+      << outcome.out;
+  EXPECT_NE(outcome.out.find("  17  T               -\n"), std::string::npos) << outcome.out;
+  EXPECT_NE(outcome.out.find("Difference\n  1  0.5\n  2  0.5\n"), std::string::npos) << outcome.out;
+
+  std::vector<std::string> full = paired;
+  full.push_back("--full");
+  EXPECT_NE(run(full).out.find("0.7071067811865476"), std::string::npos);  // sqrt(1/2), shortest digits
+  full.back() = "--digits=3";
+  EXPECT_NE(run(full).out.find("0.707\n"), std::string::npos);
+}
+
+// Fault: a method's failure that exits 0 or 2, or prints a part of a result.
+TEST(Call, ExitsWithOneWhereTheMethodFails) {
+  const std::vector<std::string> words = {"call",       "yHTest.OneTOutput", "dy=2,2",
+                                          "TestMean=0", "CLevel=0.95",       "TestType="};
+  const Outcome outcome = run(words);
+  EXPECT_EQ(outcome.code, 1);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err, "Failure 11: Division by zero\n");
+  std::vector<std::string> asJson = words;
+  asJson.push_back("--json");
+  EXPECT_EQ(run(asJson).code, 1);
+  EXPECT_EQ(json::parse(run(asJson).out)["failure"]["number"], 11);
+}
+
+// Fault: a request file whose arguments are lost, or overridden by the command line without a word.
+TEST(Call, ReadsARequestFromAFileOrStandardInput) {
+  const std::string request = std::string("{") + oneT + "}";
+  const TemporaryFile file(request);
+  const Outcome fromFile = run({"call", "yHTest.OneTOutput", file.path(), "--json"});
+  EXPECT_EQ(json::parse(fromFile.out)["outputs"]["OneTValue"][2], 3);
+  EXPECT_EQ(run({"call", "yHTest.OneTOutput", "-", "--json"}, request).out, fromFile.out);
+  EXPECT_EQ(run({"call", "yHTest.OneTOutput", file.path(), "TestMean=4"}).code, 2);
+  const Outcome both = run({"call", "yHTest.OneTOutput", "-", "TestMean=5", "TestType=Not equals", "--json"},
+                           R"({"args": {"dy": [4.9, 5.1, 5.3], "CLevel": 0.95}})");
+  EXPECT_EQ(both.out, fromFile.out);
+}
+
+// Fault: `list` and `describe` in a form that a program cannot read, or with words of a failure in it.
+TEST(Describe, SpeaksTextAndJson) {
+  EXPECT_NE(run({"list"}).out.find("yHTest"), std::string::npos);
+  const json list = json::parse(run({"list", "--json"}).out);
+  EXPECT_TRUE(
+      std::any_of(list.begin(), list.end(), [](const json& entry) { return entry["name"] == "yDStat"; }));
+  const json method = json::parse(run({"describe", "yHTest.TwoTOutput", "--json"}).out);
+  EXPECT_EQ(method["arguments"][5]["name"], "EqualVariance");
+  EXPECT_EQ(method["arguments"][6]["slots"][12], "DF");
+  EXPECT_NE(run({"describe", "yDStat.DesStatOutput"}).out.find("  17  MedianUpper"), std::string::npos);
+  EXPECT_EQ(run({"describe", "yNone"}).code, 2);
+  EXPECT_EQ(run({"no-such-command"}).code, 2);
+  EXPECT_EQ(run({}).code, 2);
+  EXPECT_EQ(run({"--help"}).code, 0);
+}
+
+// Fault: a program that works in process but not as a file: exit codes, standard input, its own folder.
+TEST(Program, RunsAsAFile) {
+  const std::string program = ZELKOVA_PROGRAM;
+  const auto exitCode = [&](const std::string& words) {
+    return WEXITSTATUS(std::system((program + " " + words + " >/dev/null 2>&1").c_str()));
+  };
+  EXPECT_EQ(exitCode("list"), 0);
+  EXPECT_EQ(exitCode("call yHTest.OneTOutput dy=2,2 TestMean=0 CLevel=0.95 TestType="), 1);
+  EXPECT_EQ(exitCode("call yHTest.OneTOutput dy=two"), 2);
+  EXPECT_EQ(WEXITSTATUS(std::system((program + " list 2>/dev/null >/dev/full").c_str())), 2);
+  const std::string folder = std::filesystem::path(program).parent_path().string();
+  EXPECT_EQ(std::system(("test \"$(cd / && PATH=" + folder +
+                         ":$PATH zelkova call yPath.AppPath)\" = 'AppPath  " + folder + "'")
+                            .c_str()),
+            0);
+}
+
+}  // namespace
+}  // namespace zelkova::cli

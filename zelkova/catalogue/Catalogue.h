@@ -1,0 +1,106 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "zelkova/frame/Array.h"
+#include "zelkova/frame/Variant.h"
+
+namespace zelkova {
+
+/// One argument or result on its way between a front end and a method; `std::monostate` is an argument left
+/// out. The alternatives stand in the order of `ValueType`.
+using Value = std::variant<std::monostate, double, std::int16_t, bool, std::string, Variant, DoubleArray,
+                           StringArray, VariantArray>;
+
+/// What an argument is, as the method's own signature says.
+enum class ValueType { None, Double, Integer, Flag, Text, Mixed, Doubles, Texts, MixedValues };
+
+inline ValueType typeOf(const Value& value) { return static_cast<ValueType>(value.index()); }
+
+/// "number", "vector of texts", ...: the type in words; `shape` tells for arrays.
+enum class Shape { Vector, Table, VectorOrTable };
+std::string inWords(ValueType type, Shape shape);
+
+inline bool isArray(ValueType type) { return type >= ValueType::Doubles; }
+
+enum class Direction { In, Out, InOut };
+
+/// One argument of a public method.
+struct Argument {
+  std::string name;
+  std::string help;  ///< meaning, with unit and range
+  ValueType type = ValueType::None;
+  Direction direction = Direction::In;
+  Shape shape = Shape::Vector;
+  bool optional = false;
+  Value defaultValue;
+  std::vector<std::string> slots;  ///< names of a fixed vector's slots or of a fixed table's columns
+
+  bool isInput() const { return direction != Direction::Out; }
+  bool isOutput() const { return direction != Direction::In; }
+};
+
+/// One public method: everything that a front end needs to show it and to call it.
+struct Method {
+  std::string name;
+  std::string help;
+  std::vector<std::string> notes;  ///< paragraphs: choices that a user should know of
+  std::vector<Argument> arguments;
+  ValueType result = ValueType::None;
+
+  /// Position of an argument in `arguments`, if there is one of that exact name.
+  std::optional<std::size_t> find(std::string_view argument) const;
+
+  /// Calls the method on an instance that `Class::create` made. There is a value for each argument, in order,
+  /// of the argument's own type; what is left out gets its default, or an array that was never filled.
+  /// Outputs stand in `values` afterwards, as far as they had been assigned where a failure ends the call.
+  /// Answers the method's own result. Raises `Failure` and nothing else.
+  Value call(void* instance, std::span<Value> values) const;
+
+  std::function<Value(void*, std::span<Value>)> invoke;  ///< the typed call, made from the signature
+};
+
+/// One public class.
+struct Class {
+  std::string name;
+  std::string help;
+  bool binds = false;  ///< needs a running host at creation
+  std::vector<Method> methods;
+
+  /// A new instance; failure 429 for a class that binds where no host runs.
+  std::function<std::shared_ptr<void>()> create;
+
+  const Method* find(std::string_view method) const;
+};
+
+/// The description of all that is public. Front ends, type library and documentation are made from it.
+class Catalogue {
+ public:
+  /// The library's own, built at the first call.
+  static const Catalogue& get();
+
+  const std::vector<Class>& classes() const { return classes_; }
+
+  /// The class of that exact name, or nothing.
+  const Class* find(std::string_view name) const;
+
+  /// The running host's functions, callable like methods: not a class of the library, but described in the
+  /// same way.
+  const Class& worksheetFunctions() const { return worksheetFunctions_; }
+
+ private:
+  Catalogue();
+
+  std::vector<Class> classes_;
+  Class worksheetFunctions_;
+};
+
+}  // namespace zelkova

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <vector>
+
+#include "zelkova/catalogue/Catalogue.h"
+
+namespace zelkova {
+
+// One function a subject: appends the classes of that subject, described.
+void describeFrame(std::vector<Class>& classes);
+void describeKit(std::vector<Class>& classes);
+void describeHypothesis(std::vector<Class>& classes);
+
+/// The host's functions under their own names.
+Class describeWorksheetFunctions();
+
+}  // namespace zelkova
