@@ -1,13 +1,15 @@
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <cstdint>
 #include <functional>
 #include <limits>
+#include <locale>
 
+#include "host/EmbeddedHost.h"
 #include "unittests/support.h"
 #include "zelkova/frame/Array.h"
 #include "zelkova/frame/NoValue.h"
+#include "zelkova/frame/RunningObjects.h"
 #include "zelkova/frame/Variant.h"
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/frame/numberText.h"
@@ -31,6 +33,11 @@ TEST(Array, ChecksEveryBound) {
     EXPECT_EQ(failureNumber(call), 9);
   }
   EXPECT_FALSE(DoubleArray(0).filled());
+
+  DoubleArray given{1, 2};
+  const DoubleArray taken = std::move(given);
+  EXPECT_EQ(failureNumber([&] { given(1); }), 9);  // NOLINT(bugprone-use-after-move): that is the question
+  EXPECT_EQ(taken(2), 2);
 }
 
 // Fault: an infinity or a not-a-number that passes, or the wrong classic number for it.
@@ -39,12 +46,16 @@ TEST(CheckedArithmetic, RaisesTheClassicNumbers) {
   EXPECT_EQ(failureNumber([&] { checked::quotient(1, 0); }), 11);
   EXPECT_EQ(failureNumber([&] { checked::quotient(0, 0); }), 11);
   EXPECT_EQ(failureNumber([&] { checked::quotient(huge, 0.5); }), 6);
+  const double infinite = huge * 10;
+  EXPECT_EQ(failureNumber([&] { checked::quotient(1, infinite); }), 6);
+  EXPECT_EQ(failureNumber([&] { checked::exp(-infinite); }), 6);
+  EXPECT_EQ(failureNumber([&] { checked::power(infinite, -1); }), 6);
   EXPECT_EQ(failureNumber([&] { checked::root(-1); }), 5);
   EXPECT_EQ(failureNumber([&] { checked::log(0); }), 5);
   EXPECT_EQ(failureNumber([&] { checked::exp(710); }), 6);
   EXPECT_EQ(failureNumber([&] { checked::power(0, -1); }), 5);
   EXPECT_EQ(failureNumber([&] { checked::power(-8, 1.0 / 3); }), 5);
-  EXPECT_EQ(failureNumber([&] { checked::leaving(DoubleArray{1, huge * 10}); }), 6);
+  EXPECT_EQ(failureNumber([&] { checked::leaving(DoubleArray{1, infinite}); }), 6);
   EXPECT_EQ(failureNumber([&] { checked::leaving(DoubleArray{1, std::nan("")}); }), 6);
   EXPECT_EQ(failureNumber([&] { checked::leaving(DoubleArray{huge, huge, NoValue}, DoubleArray()); }), 0);
 }
@@ -61,10 +72,14 @@ TEST(RealToInteger, RoundsHalfToEvenAndRefusesWhatDoesNotFit) {
   EXPECT_EQ(failureNumber([] { toInteger<int>(std::nan("")); }), 6);
 }
 
+struct CommaForPoint : std::numpunct<char> {
+  char do_decimal_point() const override { return ','; }
+};
+
 // Fault: a text that is taken for a number, or a number whose text depends on the locale. The texts of
 // numbers are those of C's "%.15G" (ISO C 7.21.6.1), worked out by hand.
 TEST(NumberText, IsOnePairInEveryLocale) {
-  std::setlocale(LC_ALL, "de_DE.UTF-8");
+  const std::locale before = std::locale::global(std::locale(std::locale::classic(), new CommaForPoint));
   const std::pair<double, const char*> shown[] = {{0.1, "0.1"},
                                                   {-0.0, "0"},
                                                   {1234, "1234"},
@@ -75,15 +90,20 @@ TEST(NumberText, IsOnePairInEveryLocale) {
                                                   {NoValue, "1E+99"}};
   for (const auto& [number, text] : shown) EXPECT_EQ(numberText(number), text);
 
-  const std::pair<const char*, double> read[] = {
-      {" +1.5e3\t", 1500},       {".5", 0.5}, {"5.", 5}, {"-2", -2}, {"1e-400", 0},
-      {"0.000e999999999999", 0}, {"007", 7}};
+  const std::pair<const char*, double> read[] = {{" +1.5e3\t", 1500},
+                                                 {".5", 0.5},
+                                                 {"5.", 5},
+                                                 {"-2", -2},
+                                                 {"1e-400", 0},
+                                                 {"0.000e999999999999", 0},
+                                                 {"1e-9223372036854775807", 0},
+                                                 {"007", 7}};
   for (const auto& [text, number] : read) EXPECT_EQ(numberOf(text), number) << text;
-  for (const char* text :
-       {"", " ", ".", "e5", "1e", "1,5", "1 2", "inf", "nan", "0x10", "1e400", "--1", "1.2.3"}) {
+  for (const char* text : {"", " ", ".", "e5", "1e", "1,5", "1 2", "inf", "nan", "0x10", "1e400",
+                           "10e9223372036854775807", "1e99999999999999999999", "--1", "1.2.3"}) {
     EXPECT_EQ(numberOf(text), std::nullopt) << text;
   }
-  std::setlocale(LC_ALL, "C");
+  std::locale::global(before);
 }
 
 // Fault: a mixed value that turns silently into a number, or a flag that loses automation's -1.
@@ -97,6 +117,19 @@ TEST(Variant, ConvertsAsAutomationDoes) {
   EXPECT_TRUE(Variant("true").toFlag());
   EXPECT_TRUE(Variant(-1.0).toFlag());
   EXPECT_EQ(failureNumber([] { Variant("yes").toFlag(); }), 13);
+}
+
+// Fault: a host that is found after it has gone, or an entry that is none.
+TEST(RunningObjects, HoldsWhatWasAddedLast) {
+  EXPECT_EQ(failureNumber([] { RunningObjects::add("Other", nullptr); }), 5);
+  const auto first = std::make_shared<EmbeddedHost>();
+  const auto second = std::make_shared<EmbeddedHost>();
+  RunningObjects::add("Other", first);
+  RunningObjects::add("Other", second);
+  EXPECT_EQ(RunningObjects::get("Other"), second);
+  EXPECT_EQ(failureNumber([] { RunningObjects::get("other"); }), 429);
+  RunningObjects::remove("Other");
+  EXPECT_EQ(failureNumber([] { RunningObjects::get("Other"); }), 429);
 }
 
 }  // namespace

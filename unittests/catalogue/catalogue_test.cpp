@@ -20,21 +20,24 @@ ZELKOVA_SLOTS(Pair, First, Second);
 /// Has an argument of every type and direction.
 class Probe {
  public:
-  double Everything(double x, std::int16_t whole, bool flag, const std::string& text, const Variant& mixed,
+  double Everything(double x, std::int16_t whole, const std::string& text, const Variant& mixed,
                     const DoubleArray& doubles, const StringArray& texts, const VariantArray& mixedValues,
                     std::int16_t& order, DoubleArray& terms, double& scalar, std::string& errorCode,
-                    DoubleArray& pair) const {
+                    DoubleArray& pair, bool flag) const {
     scalar = x + whole + (flag ? 1 : 0) + mixed.toNumber();
     errorCode = text + texts(1);
     order = static_cast<std::int16_t>(order + 1);
-    terms(1) += doubles(1) + mixedValues(2).toNumber();
+    terms(1) += doubles(1, 1) + mixedValues(2).toNumber();
     DoubleArray result(Pair::size);
     result(Pair::Second) = terms(1);
     pair = result;
     return 42;
   }
 
-  void Exhaust(double& result) {
+  double Mixed(double x, bool flag) { return flag ? x : 0; }
+
+  void Exhaust(double& result, DoubleArray& never) {
+    static_cast<void>(never);
     result = 1;
     throw std::bad_alloc();
   }
@@ -44,11 +47,11 @@ Class probe() {
   using Note = ArgumentNote;
   return Description<Probe>("Probe", "A class for tests")
       .method("Everything", &Probe::Everything, "Everything", Note("x", ""), Note("whole", ""),
-              Note("flag", "").optional(true), Note("text", ""), Note("mixed", ""),
-              Note("doubles", "").table(), Note("texts", ""), Note("mixedValues", "").vectorOrTable(),
-              Note("order", "").inOut(), Note("terms", "").inOut(), Note("scalar", ""), Note("errorCode", ""),
-              Note("pair", "").slots(Pair::names))
-      .method("Exhaust", &Probe::Exhaust, "Runs out of memory", Note("result", ""))
+              Note("text", ""), Note("mixed", ""), Note("doubles", "").table(), Note("texts", ""),
+              Note("mixedValues", "").vectorOrTable(), Note("order", "").inOut(), Note("terms", "").inOut(),
+              Note("scalar", ""), Note("errorCode", ""), Note("pair", "").slots(Pair::names),
+              Note("flag", "").optional(true))
+      .method("Exhaust", &Probe::Exhaust, "Runs out of memory", Note("result", ""), Note("never", ""))
       .done();
 }
 
@@ -57,18 +60,16 @@ TEST(Description, TakesTypesAndDirectionsFromTheSignature) {
   const Class subject = probe();
   const auto& arguments = subject.find("Everything")->arguments;
   const ValueType types[] = {
-      ValueType::Double,  ValueType::Integer, ValueType::Flag,        ValueType::Text,    ValueType::Mixed,
-      ValueType::Doubles, ValueType::Texts,   ValueType::MixedValues, ValueType::Integer, ValueType::Doubles,
-      ValueType::Double,  ValueType::Text,    ValueType::Doubles};
+      ValueType::Double, ValueType::Integer,     ValueType::Text,    ValueType::Mixed,   ValueType::Doubles,
+      ValueType::Texts,  ValueType::MixedValues, ValueType::Integer, ValueType::Doubles, ValueType::Double,
+      ValueType::Text,   ValueType::Doubles,     ValueType::Flag};
   ASSERT_EQ(arguments.size(), std::size(types));
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     EXPECT_EQ(arguments[i].type, types[i]) << i;
-    EXPECT_EQ(arguments[i].direction, i < 8    ? Direction::In
-                                      : i < 10 ? Direction::InOut
-                                               : Direction::Out)
-        << i;
+    const bool isIn = i < 7 || i == 12;
+    EXPECT_EQ(arguments[i].direction, isIn ? Direction::In : i < 9 ? Direction::InOut : Direction::Out) << i;
   }
-  EXPECT_EQ(arguments.back().slots, (std::vector<std::string>{"First", "Second"}));
+  EXPECT_EQ(arguments[11].slots, (std::vector<std::string>{"First", "Second"}));
   EXPECT_EQ(subject.find("Everything")->result, ValueType::Double);
   EXPECT_EQ(subject.find("everything"), nullptr);
   EXPECT_FALSE(subject.binds);
@@ -82,32 +83,46 @@ TEST(Description, CallsThroughValues) {
   const Method& method = *subject.find("Everything");
   std::vector<Value> values = {0.5,
                                std::int16_t{3},
-                               {},  // the flag's default is true
                                std::string("ab"),
                                Variant("1.25"),
-                               DoubleArray{10},
+                               DoubleArray::table({{10}}),
                                StringArray{"c"},
-                               VariantArray{Variant(), Variant(7)},
+                               VariantArray{Variant(), Variant(7.0)},
                                std::int16_t{8},
                                DoubleArray{100},
                                {},
                                {},
-                               {}};
+                               {},
+                               {}};  // the flag's default is true
   EXPECT_EQ(method.call(instance.get(), values), Value(42.0));
-  EXPECT_EQ(values[8], Value(std::int16_t{9}));
-  EXPECT_EQ(values[9], Value(DoubleArray{117}));
-  EXPECT_EQ(values[10], Value(5.75));
-  EXPECT_EQ(values[11], Value(std::string("abc")));
-  EXPECT_EQ(values[12], Value(DoubleArray{0, 117}));
+  EXPECT_EQ(values[7], Value(std::int16_t{9}));
+  EXPECT_EQ(values[8], Value(DoubleArray{117}));
+  EXPECT_EQ(values[9], Value(5.75));
+  EXPECT_EQ(values[10], Value(std::string("abc")));
+  EXPECT_EQ(values[11], Value(DoubleArray{0, 117}));
 
   std::vector<Value> missing(13);
   EXPECT_EQ(failureNumber([&] { method.call(instance.get(), missing); }), 5);
   std::vector<Value> wrongType(13, Value(std::string("text")));
   EXPECT_EQ(failureNumber([&] { method.call(instance.get(), wrongType); }), 13);
 
-  std::vector<Value> one(1);
-  EXPECT_EQ(failureNumber([&] { subject.find("Exhaust")->call(instance.get(), one); }), 7);
-  EXPECT_EQ(one[0], Value(1.0)) << "what had been assigned by then is kept";
+  // An output that a failed method never reached is as it came, and one that it had assigned by then is kept.
+  std::vector<Value> two = {{}, DoubleArray{5}};
+  EXPECT_EQ(failureNumber([&] { subject.find("Exhaust")->call(instance.get(), two); }), 7);
+  EXPECT_EQ(two[0], Value(1.0));
+  EXPECT_EQ(two[1], Value(DoubleArray{5}));
+}
+
+// Fault: a description that contradicts the signature and is found out by a user.
+TEST(Description, RefusesContradictions) {
+  using Note = ArgumentNote;
+  const auto describe = [](const Note& first, const Note& second) {
+    Description<Probe>("Probe", "").method("Mixed", &Probe::Mixed, "", first, second);
+  };
+  EXPECT_NO_THROW(describe(Note("x", ""), Note("flag", "").optional(false)));
+  EXPECT_THROW(describe(Note("x", ""), Note("flag", "").optional(0.0)), std::logic_error);
+  EXPECT_THROW(describe(Note("x", "").optional(1.0), Note("flag", "")), std::logic_error);
+  EXPECT_THROW(describe(Note("x", "").inOut(), Note("flag", "")), std::logic_error);
 }
 
 // Fault: an entry without help, doubled names, or names of slots that repeat, all of which a user would

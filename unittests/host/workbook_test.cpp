@@ -24,8 +24,8 @@ TEST(CellArea, ReadsTheHostsAddresses) {
     EXPECT_EQ(area.lastRow, expected.lastRow) << address;
     EXPECT_EQ(area.lastColumn, expected.lastColumn) << address;
   }
-  for (const char* address : {"", "A", "1", "A0", "IW1", "A65537", "A1:", "A1:B", "A1 ", "A1:B2:C3", "AAAAAAAAAAAAAA1",
-                              "A99999999999999999999", "1A", "A-1"}) {
+  for (const char* address : {"", "A", "1", "A0", "IW1", "A65537", "A1:", "A1:B", "A1 ", "A1:B2:C3",
+                              "AAAAAAAAAAAAAA1", "A99999999999999999999", "1A", "A-1"}) {
     EXPECT_EQ(failureNumber([&] { cellArea(address); }), 1004) << address;
   }
 }

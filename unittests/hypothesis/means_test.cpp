@@ -61,24 +61,34 @@ TEST_F(TestsOnMeans, OneTAgreesWithR) {
   }
 }
 
-// Fault: the sample's spread in place of Sigma, or the tails of a positive z exchanged.
-// Expected: R, pnorm and qnorm on (mean - 5.4) / (0.2 / sqrt(29)).
+// Faults: the sample's spread in place of Sigma; tails exchanged for a negative z; a limit on the wrong side
+// of the mean below a confidence of 0.5. Expected: R, pnorm and qnorm on (mean - tested) / (0.2 / sqrt(29)).
 TEST_F(TestsOnMeans, OneZTakesTheKnownSigma) {
   const struct {
     const char* alternative;
-    double lower, upper, p;
-  } cases[] = {{"Less than", 0, 5.49552666475379, 0.901575773674159},
-               {"Greater than", 5.40033540421173, 0, 0.0984242263258409},
-               {"Not equals", 5.38684270438106, 5.50901936458446, 0.196848452651682}};
+    double tested, confidence, z, lower, upper, p;
+  } cases[] = {
+      {"Less than", 5.4, 0.9, 1.2905826003305, 0, 5.49552666475379, 0.901575773674159},
+      {"Greater than", 5.4, 0.9, 1.2905826003305, 5.40033540421173, 0, 0.0984242263258409},
+      {"Not equals", 5.4, 0.9, 1.2905826003305, 5.38684270438106, 5.50901936458446, 0.196848452651682},
+      {"Less than", 5.4, 0.3, 1.2905826003305, 0, 5.42845528837325, 0.901575773674159},
+      {"Greater than", 5.4, 0.3, 1.2905826003305, 5.46740678059227, 0, 0.0984242263258409},
+      {"Not equals", 5.4, 0.3, 1.2905826003305, 5.43362059161954, 5.46224147734598, 0.196848452651682},
+      {"Less than", 5.514, 0.9, -1.77896133973617, 0, 5.49552666475379, 0.0376230502076247},
+      {"Greater than", 5.514, 0.9, -1.77896133973617, 5.40033540421173, 0, 0.962376949792375},
+      {"Not equals", 5.514, 0.9, -1.77896133973617, 5.38684270438106, 5.50901936458446, 0.0752461004152494},
+      {"Less than", 5.514, 0.3, -1.77896133973617, 0, 5.42845528837325, 0.0376230502076247},
+      {"Greater than", 5.514, 0.3, -1.77896133973617, 5.46740678059227, 0, 0.962376949792375},
+      {"Not equals", 5.514, 0.3, -1.77896133973617, 5.43362059161954, 5.46224147734598, 0.0752461004152494}};
   for (const auto& c : cases) {
-    test.OneZOutput(density, 0.2, 5.4, 0.9, c.alternative, result);
+    test.OneZOutput(density, 0.2, c.tested, c.confidence, c.alternative, result);
     EXPECT_EQ(result.size(), 11);
     EXPECT_EQ(result(OneZ::Sigma), 0.2);
     EXPECT_TRUE(isClose(result(OneZ::SD), 0.220945683537587));
     EXPECT_TRUE(isClose(result(OneZ::SE), 0.2 / std::sqrt(29)));
-    EXPECT_TRUE(isClose(result(OneZ::Z), 1.2905826003305));
-    EXPECT_TRUE(isClose(result(OneZ::Lower), c.lower));
-    EXPECT_TRUE(isClose(result(OneZ::Upper), c.upper));
+    EXPECT_TRUE(isClose(result(OneZ::Z), c.z));
+    EXPECT_TRUE(isClose(result(OneZ::Lower), c.lower)) << c.alternative << c.confidence;
+    EXPECT_TRUE(isClose(result(OneZ::Upper), c.upper)) << c.alternative << c.confidence;
     EXPECT_TRUE(isClose(result(OneZ::PValue), c.p));
   }
 }
@@ -195,7 +205,8 @@ TEST_F(TestsOnMeans, BadDataEndInAFailureAndChangeNothing) {
   EXPECT_EQ(failureNumber([&] { test.OneTOutput(density, 5, 95, "Not equals", result); }), 1004);
   EXPECT_EQ(failureNumber([&] { test.OneTOutput_S(1, 5, 2, 4, 0.95, "Less than", result); }), 1004);
   EXPECT_EQ(failureNumber([&] { test.OneTOutput_S(-4, 5, 2, 4, 0.95, "Less than", result); }), 5);
-  EXPECT_EQ(failureNumber([&] { test.OneTOutput_S(4, 5, -2, 4, 0.95, "Less than", result); }), 5);
+  EXPECT_EQ(failureText([&] { test.OneTOutput_S(4, 5, -2, 4, 0.95, "Less than", result); }),
+            "Invalid procedure call or argument: dSD must not be negative");
   EXPECT_EQ(failureNumber([&] { test.OneZOutput(density, -1, 5, 0.95, "Less than", result); }), 5);
   EXPECT_EQ(failureNumber([&] { test.OneZOutput(density, 0, 5, 0.95, "Less than", result); }), 11);
   EXPECT_EQ(failureNumber([&] { test.TwoTOutput(flat, flat, 0, 0.95, "Less than", true, result); }), 11);

@@ -165,6 +165,11 @@ TEST(Matrix, RaisesItsNumberedFailures) {
       {[&] { MatMultiply(huge, huge); }, 5022, noProduct},
       {[&] { MatDeterminant(wide); }, 5011, square},
       {[&] { MatDeterminant(never); }, 5022, noMatrix},
+      // The product of the first two pivots overflows before the third is found to be 0.
+      {[&] {
+         MatDeterminant(DoubleArray::table({{1e200, 0, 1e200}, {1e200, 0, -1}, {1e200, 0, 1}}));
+       },
+       5022, noMatrix},
       {[&] {
          MatDeterminant(DoubleArray::table({{-1e300, 0}, {0, 1e300}}));
        },

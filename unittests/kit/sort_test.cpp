@@ -7,6 +7,7 @@
 #include <limits>
 #include <numeric>
 #include <random>
+#include <set>
 
 #include "unittests/support.h"
 #include "zelkova/frame/numberText.h"
@@ -265,11 +266,21 @@ TEST(Sorts, TakeDataSizedListsAndStrayKeys) {
   ExchangeSortDS(array, companion);
   EXPECT_TRUE(std::is_sorted(array.vector().begin(), array.vector().end()));
   StringArray labels = randomLabels(random, n, circularMix);
+  std::multiset<std::string> before(labels.elements().begin(), labels.elements().end());
   ExchangeSortS(labels);
+  EXPECT_EQ(std::multiset<std::string>(labels.elements().begin(), labels.elements().end()), before);
+  const auto isText = [](const std::string& label) { return !numberOf(label); };
+  const auto firstText = std::find_if(labels.elements().begin(), labels.elements().end(), isText);
+  EXPECT_TRUE(std::all_of(firstText, labels.elements().end(), isText));
+  EXPECT_TRUE(
+      std::is_sorted(labels.elements().begin(), firstText,
+                     [](const std::string& a, const std::string& b) { return toNumber(a) < toNumber(b); }));
   DoubleArray stray{2, std::nan(""), 1, std::numeric_limits<double>::infinity(), -0.0};
   DoubleArray moved = places(5);
   QuickSortD2(stray, moved);
   EXPECT_EQ(stray(1), 0);
+  QuickSortD(moved);
+  EXPECT_EQ(moved, places(5));
 }
 
 // Fault: a range or a companion that is followed past its end, or an array half sorted by then.

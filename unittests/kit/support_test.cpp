@@ -119,8 +119,11 @@ TEST_F(ScalesTest, HistogramBinsFollowTheRule) {
       {spread(8, -25, 15), {-30, -20, -10, 0, 10}},
       // Whole numbers are not split, however many of them there are: no width from 0.01 to 0.1 will do.
       {spread(1000, 0, 1), {0, 1}},
-      // The width 2.5 gives 4.4 intervals, nearest to 5, but is no whole number: 2 gives 5.5.
-      {spread(4, 0, 11), {0, 2, 4, 6, 8, 10}},
+      // The width 2.5 gives 4.8 intervals, nearest to 5, but is no whole number: 2 gives 6.
+      {spread(4, 0, 12), {0, 2, 4, 6, 8, 10, 12}},
+      // The target is 9: 0.1 gives 6 intervals and 0.05 gives 12, equally near but for the rounding of
+      // 0.6/0.1.
+      {spread(30, 0, 0.6), {0, 0.1, 0.2, 0.3, 0.4, 0.5, 0.6}},
       {spread(4, 0, 11.25), {0, 2.5, 5, 7.5, 10}},
   };
   for (const auto& [data, midpoints] : cases) {
@@ -152,7 +155,11 @@ TEST_F(ScalesTest, HistogramBinsHoldTheDataOrFail) {
   }
   EXPECT_EQ(failureNumber([] { GetHistogramBins({-1e308, 1e308}); }), 6);
   EXPECT_EQ(failureNumber([] { GetHistogramBins({0, 1e-310}); }), 6);
+  // Data next to each other in doubles, with an even and an odd last place.
   EXPECT_EQ(failureNumber([] { GetHistogramBins({1e16, 1e16 + 2}); }), 5);
+  EXPECT_EQ(failureNumber([] { GetHistogramBins({9007199254740994, 9007199254740998}); }), 5);
+  EXPECT_EQ(failureNumber([] { GetHistogramBins({-1.79e308, -1e308}); }), 6);
+  EXPECT_EQ(failureNumber([] { GetHistogramBins({1, std::nan(""), 2}); }), 6);
   EXPECT_EQ(failureNumber([] { GetHistogramBins(DoubleArray()); }), 9);
 }
 
@@ -165,8 +172,9 @@ TEST_F(ScalesTest, AxisScalesCoverTheDataInReadableSteps) {
 
   std::mt19937 random(6);
   std::uniform_real_distribution<double> uniform(-1, 1);
-  std::vector<DoubleArray> columns{{5, 5},         {0, 0},           {-3e-7, -3e-7},  {1e-310, 2e-310},
-                                   {1e300, 3e300}, {1e16, 1e16 + 2}, {0.3, 0.1, 0.2}, {-1e-300, 1e-300}};
+  std::vector<DoubleArray> columns{{5, 5},           {0, 0},           {-3e-7, -3e-7},  {1e-310, 2e-310},
+                                   {1e300, 3e300},   {1e16, 1e16 + 2}, {0.3, 0.1, 0.2}, {-1e-300, 1e-300},
+                                   {1, 1 + 2.3e-13}, {1, 1 + 2.3e-12}};
   for (int round = 0; round < 300; ++round) {
     const double scale = std::pow(10, 100 * uniform(random));
     columns.push_back({scale * uniform(random), scale * uniform(random)});
@@ -185,7 +193,8 @@ TEST_F(ScalesTest, AxisScalesCoverTheDataInReadableSteps) {
                           std::abs(leading - 5)}),
                 1e-6)
           << step;
-      for (Index i = 2; i <= n; ++i) EXPECT_NEAR(axis(i) - axis(i - 1), step, 1e-6 * step);
+      const double resolution = 4e-16 * std::max(std::abs(axis(1)), std::abs(axis(n)));
+      for (Index i = 2; i <= n; ++i) EXPECT_NEAR(axis(i) - axis(i - 1), step, 1e-6 * step + resolution);
     }
   }
   EXPECT_EQ(failureNumber([] { GetAxisScale({-1e308, 1e308}, false); }), 6);

@@ -25,18 +25,16 @@ Value emptyValue(ValueType type) {
 
 /// Gives what was left out its default, and outputs a place to stand in.
 void prepare(const Argument& argument, Value& value) {
+  if (typeOf(value) == argument.type) return;
   if (!argument.isInput()) {
     value = emptyValue(argument.type);
     return;
   }
-  if (typeOf(value) == argument.type) return;
   if (typeOf(value) != ValueType::None) {
     raise(FailureNumber::TypeMismatch,
           argument.name + " must be a " + inWords(argument.type, argument.shape));
   }
-  if (!argument.optional && !isArray(argument.type) && argument.direction == Direction::In) {
-    raise(FailureNumber::InvalidCall, argument.name + " is missing");
-  }
+  if (argument.isNeeded()) raise(FailureNumber::InvalidCall, argument.name + " is missing");
   value = argument.optional ? argument.defaultValue : emptyValue(argument.type);
 }
 

@@ -29,7 +29,9 @@ inline ValueType typeOf(const Value& value) { return static_cast<ValueType>(valu
 enum class Shape { Vector, Table, VectorOrTable };
 std::string inWords(ValueType type, Shape shape);
 
-inline bool isArray(ValueType type) { return type >= ValueType::Doubles; }
+inline bool isArray(ValueType type) {
+  return type == ValueType::Doubles || type == ValueType::Texts || type == ValueType::MixedValues;
+}
 
 enum class Direction { In, Out, InOut };
 
@@ -46,6 +48,9 @@ struct Argument {
 
   bool isInput() const { return direction != Direction::Out; }
   bool isOutput() const { return direction != Direction::In; }
+
+  /// Whether a call must pass it: an array that is left out counts as never filled.
+  bool isNeeded() const { return isInput() && !optional && !isArray(type); }
 };
 
 /// One public method: everything that a front end needs to show it and to call it.
@@ -61,8 +66,9 @@ struct Method {
 
   /// Calls the method on an instance that `Class::create` made. There is a value for each argument, in order,
   /// of the argument's own type; what is left out gets its default, or an array that was never filled.
-  /// Outputs stand in `values` afterwards, as far as they had been assigned where a failure ends the call.
-  /// Answers the method's own result. Raises `Failure` and nothing else.
+  /// Outputs stand in `values`
+  /// afterwards; one that the method did not assign, because a failure ended it or it returned early, is as
+  /// it came. Answers the method's own result. Raises `Failure` and nothing else.
   Value call(void* instance, std::span<Value> values) const;
 
   std::function<Value(void*, std::span<Value>)> invoke;  ///< the typed call, made from the signature

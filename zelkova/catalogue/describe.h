@@ -2,6 +2,7 @@
 
 #include <concepts>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -35,8 +36,9 @@ class ArgumentNote {
     return *this;
   }
 
-  /// An argument that may be left out.
-  ArgumentNote& optional(Value defaultValue) {
+  /// An argument that may be left out; an input has a default of its own type. Arguments behind it are
+  /// optional too.
+  ArgumentNote& optional(Value defaultValue = {}) {
     argument_.optional = true;
     argument_.defaultValue = std::move(defaultValue);
     return *this;
@@ -79,6 +81,24 @@ Argument complete(const ArgumentNote& note) {
   return argument;
 }
 
+/// Faults of a description, found when the catalogue is built.
+template <class... Parameters>
+void check(const Method& method) {
+  const std::vector<bool> byReference = {isOutput<Parameters>...};
+  const auto fail = [&](const Argument& argument, const char* why) {
+    throw std::logic_error(method.name + ", " + argument.name + ": " + why);
+  };
+  for (std::size_t i = 0; i < method.arguments.size(); ++i) {
+    const Argument& argument = method.arguments[i];
+    if (argument.isOutput() && !byReference[i]) fail(argument, "is not passed by reference");
+    if (argument.optional && argument.isInput() && typeOf(argument.defaultValue) != argument.type) {
+      fail(argument, "has a default of another type");
+    }
+    if (i > 0 && method.arguments[i - 1].optional && !argument.optional)
+      fail(argument, "follows an optional one");
+  }
+}
+
 template <class Parameter>
 std::remove_cvref_t<Parameter>& as(Value& value) {
   return std::get<std::remove_cvref_t<Parameter>>(value);
@@ -91,6 +111,7 @@ Method makeMethod(std::string name, Member member, std::string help,
   method.name = std::move(name);
   method.help = std::move(help);
   (method.arguments.push_back(complete<Parameters>(notes[I])), ...);
+  check<Parameters...>(method);
   method.invoke = [member](void* instance, [[maybe_unused]] std::span<Value> values) -> Value {
     T& object = *static_cast<T*>(instance);
     if constexpr (std::is_void_v<Result>) {

@@ -4,22 +4,19 @@
 
 namespace zelkova {
 
-namespace {
-
-using Note = ArgumentNote;
-
-const Note confidence("CLevel", "confidence of the limits as a fraction, such as 0.95");
-const Note alternative("TestType", "the alternative: \"Less than\", \"Greater than\" or \"Not equals\"");
-const Note testMean("TestMean", "the tested mean");
-const Note testDifference("TestMeanD", "the tested difference of the means");
-const Note sigma("Sigma", "the known standard deviation, above 0");
-const Note equalVariance("EqualVariance", "true pools the variances; false takes Welch's degrees of freedom");
-
-const char* const openLimit = "The limit that a one-sided alternative does not produce is 0.";
-
-}  // namespace
-
 void describeHypothesis(std::vector<Class>& classes) {
+  using Note = ArgumentNote;
+
+  const Note confidence("CLevel", "confidence of the limits as a fraction, such as 0.95");
+  const Note alternative("TestType", "the alternative: \"Less than\", \"Greater than\" or \"Not equals\"");
+  const Note testMean("TestMean", "the tested mean");
+  const Note testDifference("TestMeanD", "the tested difference of the means");
+  const Note sigma("Sigma", "the known standard deviation, above 0");
+  const Note equalVariance("EqualVariance",
+                           "true pools the variances; false takes Welch's degrees of freedom");
+
+  const char* const openLimit = "The limit that a one-sided alternative does not produce is 0.";
+
   classes.push_back(
       Description<yHTest>("yHTest", "Hypothesis tests")
           .method("OneZOutput", &yHTest::OneZOutput, "One-sample z test of a mean, standard deviation known",

@@ -24,6 +24,24 @@ class Array {
   using value_type = T;
 
   Array() = default;
+  Array(const Array&) = default;
+  Array& operator=(const Array&) = default;
+  ~Array() = default;
+
+  /// An array that was moved from is one that was never filled.
+  Array(Array&& other) noexcept
+      : values_(std::exchange(other.values_, {})),
+        rows_(std::exchange(other.rows_, 0)),
+        columns_(std::exchange(other.columns_, 0)),
+        dimensions_(std::exchange(other.dimensions_, 0)) {}
+  Array& operator=(Array&& other) noexcept {
+    if (this == &other) return *this;
+    values_ = std::exchange(other.values_, {});
+    rows_ = std::exchange(other.rows_, 0);
+    columns_ = std::exchange(other.columns_, 0);
+    dimensions_ = std::exchange(other.dimensions_, 0);
+    return *this;
+  }
 
   /// A vector of `n` elements; an `n` of 0 gives an array that was never filled, a negative one failure 9.
   explicit Array(Index n, const T& value = T()) : Array(n, 1, 1, value) {}

@@ -15,6 +15,7 @@ std::map<std::string, std::shared_ptr<Host>, std::less<>>& table() {
 }  // namespace
 
 void RunningObjects::add(std::string_view name, std::shared_ptr<Host> host) {
+  if (host == nullptr) raise(FailureNumber::InvalidCall, "there is no host to add");
   table().insert_or_assign(std::string(name), std::move(host));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <string>
 #include <utility>
 #include <variant>
@@ -15,6 +16,8 @@ class Variant {
   Variant(double number) : value_(number) {}                // NOLINT(google-explicit-constructor)
   Variant(std::string text) : value_(std::move(text)) {}    // NOLINT(google-explicit-constructor)
   Variant(const char* text) : value_(std::string(text)) {}  // NOLINT(google-explicit-constructor)
+  template <std::same_as<bool> Flag>
+  Variant(Flag) = delete;  // a flag is not the number 1: say Variant::flag
   static Variant flag(bool value) {
     Variant result;
     result.value_ = value;

@@ -11,9 +11,10 @@ namespace zelkova {
 
 /// Arithmetic that raises where its result would not be finite.
 ///
-/// Divisions, logarithms, exponentials, roots and powers raise at once. Sums and products run unchecked where
-/// they stand and pass through `finite` when they leave, which costs one test instead of one a term; an
-/// infinity or a not-a-number born on the way cannot turn finite again by adding or multiplying.
+/// Divisions, logarithms, exponentials, roots and powers raise at once, for arguments that are not finite
+/// too. Sums and products run unchecked where they stand and pass through `finite` when they leave, which
+/// costs one test instead of one a term; an infinity or a not-a-number born on the way cannot turn finite
+/// again by adding or multiplying, and these functions do not let it pass.
 namespace checked {
 
 /// `x` itself; failure 6 where it is not finite.
@@ -25,7 +26,7 @@ inline double finite(double x) {
 /// a / b; failure 11 for b = 0, failure 6 for a quotient that is too large.
 inline double quotient(double a, double b) {
   if (b == 0) raise(FailureNumber::DivisionByZero);
-  return finite(a / b);
+  return finite(a / finite(b));
 }
 
 /// The square root; failure 5 for a negative x.
@@ -40,12 +41,12 @@ inline double log(double x) {
   return finite(std::log(x));
 }
 
-inline double exp(double x) { return finite(std::exp(x)); }
+inline double exp(double x) { return finite(std::exp(finite(x))); }
 
 /// x to the power y; failure 5 for 0 to a negative power and for a negative x to a power that is not whole.
 inline double power(double x, double y) {
   if ((x == 0 && y < 0) || (x < 0 && y != std::trunc(y))) raise(FailureNumber::InvalidCall);
-  return finite(std::pow(x, y));
+  return finite(std::pow(finite(x), finite(y)));
 }
 
 /// Failure 6 unless every element of every array is finite: what a method does before it hands results over.

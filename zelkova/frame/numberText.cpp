@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdlib>
 
 #include "zelkova/frame/Failure.h"
 
@@ -55,7 +56,9 @@ bool isTiny(const Parts& parts) {
   if (text.starts_with('+')) text.remove_prefix(1);
   long long exponent = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), exponent);
-  if (error == std::errc::result_out_of_range) return text.starts_with('-');
+  // No text is long enough to outweigh an exponent of more digits than a file has bytes.
+  constexpr long long decisive = 1'000'000'000'000;
+  if (error == std::errc::result_out_of_range || std::abs(exponent) > decisive) return text.starts_with('-');
   return exponent + magnitude < 0;
 }
 

@@ -1,11 +1,15 @@
 #include "zelkova/frame/yPath.h"
 
 #include <filesystem>
+#include <string>
+
+#include "zelkova/frame/Failure.h"
 
 #ifdef _WIN32
 #include <windows.h>
 #else
 #include <dlfcn.h>
+#include <sys/auxv.h>
 #endif
 
 namespace zelkova {
@@ -14,6 +18,11 @@ namespace {
 
 /// Its address lies in the module that holds the library.
 const int anchor = 0;
+
+std::string utf8(const std::filesystem::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
 
 std::filesystem::path modulePath() {
 #ifdef _WIN32
@@ -24,16 +33,24 @@ std::filesystem::path modulePath() {
   path.resize(GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size())));
   return path;
 #else
-  Dl_info info{};
-  const bool found = dladdr(&anchor, &info) != 0;
-  // A program that was found through the search path tells a bare name here: ask the system instead.
-  if (found && std::filesystem::path(info.dli_fname).is_absolute()) return info.dli_fname;
-  return std::filesystem::read_symlink("/proc/self/exe");
+  Dl_info library{};
+  Dl_info program{};
+  dladdr(&anchor, &library);
+  dladdr(reinterpret_cast<const void*>(getauxval(AT_PHDR)), &program);
+  // The name under which a program was started is its caller's word; a loaded library's name is the loader's.
+  if (library.dli_fbase == program.dli_fbase) return std::filesystem::read_symlink("/proc/self/exe");
+  return std::filesystem::canonical(library.dli_fname);
 #endif
 }
 
 }  // namespace
 
-std::string yPath::AppPath() const { return modulePath().parent_path().string(); }
+std::string yPath::AppPath() const {
+  try {
+    return utf8(modulePath().parent_path());
+  } catch (const std::filesystem::filesystem_error& error) {
+    raise(FailureNumber::Internal, error.what());
+  }
+}
 
 }  // namespace zelkova

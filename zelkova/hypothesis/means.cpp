@@ -18,9 +18,11 @@ struct Sample {
   double se() const { return checked::quotient(sd, checked::root(n)); }
 };
 
-/// A summary that the caller made; a negative spread would turn the test around.
-Sample given(double n, double mean, double sd) {
-  if (sd < 0) raise(FailureNumber::InvalidCall, "a standard deviation must not be negative");
+/// A summary that the caller made, in the arguments of these names; a negative spread would turn the test
+/// around.
+Sample given(double n, const char* nameOfN, double mean, double sd, const char* nameOfSD) {
+  if (n <= 0) raise(FailureNumber::InvalidCall, std::string(nameOfN) + " must be above 0");
+  if (sd < 0) raise(FailureNumber::InvalidCall, std::string(nameOfSD) + " must not be negative");
   return {n, mean, sd};
 }
 
@@ -187,7 +189,8 @@ void yHTest::OneZOutput(const DoubleArray& dy, double Sigma, double TestMean, do
 
 void yHTest::OneZOutput_S(double dn, double dMean, double dSD, double Sigma, double TestMean, double CLevel,
                           const std::string& TestType, DoubleArray& OneZValue) const {
-  OneZValue = oneZ(worksheetFunction(), given(dn, dMean, dSD), Sigma, TestMean, CLevel, TestType);
+  OneZValue =
+      oneZ(worksheetFunction(), given(dn, "dn", dMean, dSD, "dSD"), Sigma, TestMean, CLevel, TestType);
 }
 
 void yHTest::OneTOutput(const DoubleArray& dy, double TestMean, double CLevel, const std::string& TestType,
@@ -197,7 +200,7 @@ void yHTest::OneTOutput(const DoubleArray& dy, double TestMean, double CLevel, c
 
 void yHTest::OneTOutput_S(double dn, double dMean, double dSD, double TestMean, double CLevel,
                           const std::string& TestType, DoubleArray& OneTValue) const {
-  OneTValue = oneT(worksheetFunction(), given(dn, dMean, dSD), TestMean, CLevel, TestType);
+  OneTValue = oneT(worksheetFunction(), given(dn, "dn", dMean, dSD, "dSD"), TestMean, CLevel, TestType);
 }
 
 void yHTest::TwoTOutput(const DoubleArray& dy1, const DoubleArray& dy2, double TestMeanD, double CLevel,
@@ -209,8 +212,8 @@ void yHTest::TwoTOutput(const DoubleArray& dy1, const DoubleArray& dy2, double T
 void yHTest::TwoTOutput_S(double dMean1, double dSD1, double dn1, double dMean2, double dSD2, double dn2,
                           double TestMeanD, double CLevel, const std::string& TestType, bool EqualVariance,
                           DoubleArray& TwoTValue) const {
-  TwoTValue = twoT(worksheetFunction(), given(dn1, dMean1, dSD1), given(dn2, dMean2, dSD2), TestMeanD, CLevel,
-                   TestType, EqualVariance);
+  TwoTValue = twoT(worksheetFunction(), given(dn1, "dn1", dMean1, dSD1, "dSD1"),
+                   given(dn2, "dn2", dMean2, dSD2, "dSD2"), TestMeanD, CLevel, TestType, EqualVariance);
 }
 
 void yHTest::PairedTOutput(const DoubleArray& dy1, const DoubleArray& dy2, double TestMeanD, double CLevel,

@@ -75,6 +75,7 @@ double determinant(DoubleArray work) {
     while (pivotColumn < n && columns[pivotColumn][k] == 0) ++pivotColumn;
     if (pivotColumn == n) {
       checked::leaving(work);
+      checked::finite(det);
       return 0;
     }
     if (pivotColumn != k) {

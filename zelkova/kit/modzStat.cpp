@@ -47,12 +47,12 @@ double GetMean(const DoubleArray& data) { return meanOf(data.vector()); }
 
 double GetMin(const DoubleArray& data) {
   const std::span<const double> values = data.vector();
-  return *std::min_element(values.begin(), values.end());
+  return checked::finite(*std::min_element(values.begin(), values.end()));
 }
 
 double GetMax(const DoubleArray& data) {
   const std::span<const double> values = data.vector();
-  return *std::max_element(values.begin(), values.end());
+  return checked::finite(*std::max_element(values.begin(), values.end()));
 }
 
 double GetRange(const DoubleArray& data) {
@@ -87,7 +87,7 @@ double GetMode(const DoubleArray& data) {
   std::vector<Index> counts(static_cast<std::size_t>(levels.count()), 0);
   for (const Index level : levels.codes()) ++counts[static_cast<std::size_t>(level)];
   const auto most = static_cast<std::size_t>(std::max_element(counts.begin(), counts.end()) - counts.begin());
-  return values[static_cast<std::size_t>(levels.firsts()[most])];
+  return checked::finite(values[static_cast<std::size_t>(levels.firsts()[most])]);
 }
 
 double GetMeanCILower(const DoubleArray& data, double confidence) {

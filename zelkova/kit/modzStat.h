@@ -4,17 +4,20 @@
 
 namespace zelkova {
 
-// Plain summary routines. Each takes a column of data (a vector) and leaves it unchanged; `confidence` is in
-// percent. Failures of all of them: 9 for an array that was never filled, 6 where a sum overflows.
+// Plain summary routines. Each takes a column of data (a vector of finite numbers, in any unit) and leaves it
+// unchanged; a `confidence` is in percent, above 0 and below 100.
 
-/// The upper bound of the first dimension.
+/// The upper bound of the first dimension. Failure 9 for an array that was never filled, here and in all
+/// below.
 Index GetCount(const DoubleArray& data);
 
+/// The sum. Failure 6 where it overflows, here and in all that build on it.
 double GetSum(const DoubleArray& data);
 
 /// The sum divided by the number of elements.
 double GetMean(const DoubleArray& data);
 
+/// The smallest and the largest element.
 double GetMin(const DoubleArray& data);
 double GetMax(const DoubleArray& data);
 
@@ -27,6 +30,7 @@ double GetVariance(const DoubleArray& data);
 /// The square root of `GetVariance`.
 double GetStdDev(const DoubleArray& data);
 
+/// The middle element of the sorted data, or the mean of the two in the middle.
 double GetMedian(const DoubleArray& data);
 
 /// The first quartile: the element at (n + 1)/4, or, where that is no whole number, 0.75 of the way from the
@@ -40,12 +44,14 @@ double GetQ3(const DoubleArray& data);
 /// The most frequent value; of several the one that appears first.
 double GetMode(const DoubleArray& data);
 
-/// Student's limits of the mean. Failures: 429 without a host, 1004 for one value.
+/// Student's limits of the mean. Failures: 429 without a host, 1004 for one value and where the confidence is
+/// not one.
 double GetMeanCILower(const DoubleArray& data, double confidence);
 double GetMeanCIUpper(const DoubleArray& data, double confidence);
 
 /// Chi-square limits of the standard deviation; where the host's `ChiInv` fails, the normal approximation to
-/// its quantile stands in. Failures: 429 without a host, 11 for one value, 1004 for a confidence of 100.
+/// its quantile stands in. Failures: 429 without a host, 11 for one value, 1004 where the
+/// confidence is not one. Where `GetVariance` gives 0 for a failure, so do these.
 double GetSDCILower(const DoubleArray& data, double confidence);
 double GetSDCIUpper(const DoubleArray& data, double confidence);
 

@@ -30,13 +30,13 @@ bool IsBalancedS(const StringArray& data, const StringArray& factor1, const Stri
                  bool equalCounts, bool replicates);
 
 /// The midpoints of the intervals of a histogram, at most 100 of them; a constant column has a single one.
-/// Failures: 429 without a host, 6 where the range leaves no room for widths in a double, 5 where the data
-/// differ by less than their size can resolve.
+/// Failures: 429 where a host is needed and none runs, 6 where the range leaves no room for widths in a
+/// double, 5 where the data differ by less than their size can resolve.
 DoubleArray GetHistogramBins(const DoubleArray& data);
 
 /// The values of a readable axis that covers the data: 4 to 10 steps of 1, 2, 2.5 or 5 times a power of ten.
-/// With `keepZero` the axis reaches to 0. Failures: 429 without a host, 6 where the axis would leave the
-/// range of a double.
+/// With `keepZero` the axis reaches to 0. Failures: 429 where a host is needed and none runs, 6 where the
+/// axis would leave the range of a double.
 DoubleArray GetAxisScale(const DoubleArray& data, bool keepZero);
 
 /// The greatest common divisor of two whole numbers, a number; or a text, "ERROR: " and what is wrong with

@@ -23,6 +23,7 @@ constexpr int mostIntervals = 90;
 /// The multiple of `step` next to `x`, away from 0. The host's function takes one sign only.
 double ceilingAwayFromZero(double x, double step) {
   if (x == 0) return 0;
+  checked::finite(std::abs(x) + step);
   const double size = runningHost()->worksheetFunction().Ceiling(std::abs(x), step);
   return x < 0 ? -size : size;
 }
@@ -73,7 +74,9 @@ double chooseWidth(double range, double target, bool wholeData) {
     const double intervals = range / *width;
     const double distance = std::abs(intervals - target);
     if (intervals > mostIntervals || (wholeData && !isWhole(*width))) continue;
-    if (chosen && distance >= nearest) continue;
+    // Equally near in decimals may differ by a rounding in doubles; of two such widths the wider stays.
+    constexpr double rounding = 1E-9;
+    if (chosen && distance >= nearest - rounding * target) continue;
     chosen = *width;
     nearest = distance;
   }
@@ -101,6 +104,7 @@ std::vector<double> axisValues(double low, double high, double step) {
 }  // namespace
 
 DoubleArray GetHistogramBins(const DoubleArray& data) {
+  checked::leaving(data);
   const double smallest = GetMin(data);
   const double largest = GetMax(data);
   if (smallest == largest) return {smallest};
@@ -109,7 +113,9 @@ DoubleArray GetHistogramBins(const DoubleArray& data) {
   const double range = checked::finite(largest - smallest);
   const double width =
       chooseWidth(range, targetIntervals(GetCount(data)), std::all_of(values.begin(), values.end(), isWhole));
-  if (smallest + width == smallest || largest - width == largest) {
+  const double size = std::max(std::abs(smallest), std::abs(largest));
+  const double spacing = std::nextafter(size, 2 * size) - size;
+  if (width < 2 * spacing) {
     raise(FailureNumber::InvalidCall, "the data differ too little for their size");
   }
 
@@ -125,6 +131,7 @@ DoubleArray GetHistogramBins(const DoubleArray& data) {
 }
 
 DoubleArray GetAxisScale(const DoubleArray& data, bool keepZero) {
+  checked::leaving(data);
   double low = GetMin(data);
   double high = GetMax(data);
   if (keepZero) {
@@ -134,7 +141,7 @@ DoubleArray GetAxisScale(const DoubleArray& data, bool keepZero) {
   // Data that agree in all the digits an axis can show stand in the middle of it.
   const double size = std::max(std::abs(low), std::abs(high));
   constexpr double smallestRange = 1E-290;
-  if (high - low <= std::max(1E-13 * size, smallestRange)) {
+  if (high - low <= std::max(1E-12 * size, smallestRange)) {
     const double margin = size > smallestRange ? size / 10 : 1;
     low -= margin;
     high += margin;

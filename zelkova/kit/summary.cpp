@@ -77,6 +77,9 @@ std::vector<double> sortedCopy(const DoubleArray& data) {
   const std::span<const double> values = data.vector();
   std::vector<double> sorted(values.begin(), values.end());
   order::sortValues(sorted);
+  // What is not finite has come to stand at an end.
+  checked::finite(sorted.front());
+  checked::finite(sorted.back());
   return sorted;
 }
 
@@ -112,7 +115,7 @@ double sdUpperLimit(Index n, double variance, double confidence) {
 }
 
 Limits medianLimits(std::span<const double> sorted, double confidence) {
-  const double c = confidence / 100;
+  const double c = checked::finite(confidence) / 100;
   const auto n = static_cast<Index>(sorted.size());
   const MedianCoverage coverage(n);
   const Index innermost = (n + 1) / 2;

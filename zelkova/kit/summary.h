@@ -17,6 +17,7 @@ struct Limits {
 /// A sorted copy of a column; failure 9 where the array was never filled.
 std::vector<double> sortedCopy(const DoubleArray& data);
 
+/// As `GetMedian`, `GetQ1` and `GetQ3`.
 double median(std::span<const double> sorted);
 double lowerQuartile(std::span<const double> sorted);
 double upperQuartile(std::span<const double> sorted);
