@@ -10,6 +10,45 @@ namespace zelkova {
 
 using domain::require;
 
+namespace {
+
+/// (x - mean) / sd, where x - mean may be too large for a double.
+double score(double x, double mean, double sd) {
+  const double distance = x - mean;
+  return std::isfinite(distance) ? distance / sd : x / sd - mean / sd;
+}
+
+/// factor / divisor * exp(exponent), where the exponential alone may be too small for a double.
+double scaledExp(double exponent, double factor, double divisor) {
+  const double half = std::exp(exponent / 2);
+  return half == 0 ? 0 : half * factor / divisor * half;
+}
+
+/// x / scale as a logarithm and to a power. Large shapes multiply the rounding of a quotient near 1, so that
+/// there its distance from 1 counts; and the quotient may leave the range of a double where the power does
+/// not.
+class Ratio {
+ public:
+  Ratio(double x, double scale) : quotient_(x / scale) {
+    const double excess = (x - scale) / scale;
+    byLog_ = std::fabs(excess) < 0.5 || !std::isnormal(quotient_);
+    log_ = std::fabs(excess) < 0.5    ? std::log1p(excess)
+           : std::isnormal(quotient_) ? std::log(quotient_)
+                                      : std::log(x) - std::log(scale);
+  }
+
+  double log() const { return log_; }
+  double power(double exponent) const {
+    return byLog_ ? std::exp(exponent * log_) : std::pow(quotient_, exponent);
+  }
+
+ private:
+  double quotient_, log_;
+  bool byLog_;
+};
+
+}  // namespace
+
 double EmbeddedWorksheetFunction::NormSDist(double z) {
   require(domain::finite(z), "NormSDist: z must be a finite number");
   return tails::normalLower(z);
@@ -19,16 +58,17 @@ double EmbeddedWorksheetFunction::NormDist(double x, double mean, double sd, boo
   require(domain::finite(x), "NormDist: x must be a finite number");
   require(domain::finite(mean), "NormDist: mean must be a finite number");
   require(domain::positive(sd), "NormDist: sd must be above 0");
-  const double z = (x - mean) / sd;
+  const double z = score(x, mean, sd);
   if (cumulative) return tails::normalLower(z);
-  return domain::result(tails::normalDensity(z) / sd, "NormDist");
+  constexpr double inverseRootTwoPi = std::numbers::inv_sqrtpi / std::numbers::sqrt2;
+  return domain::result(scaledExp(-z * z / 2, inverseRootTwoPi, sd), "NormDist");
 }
 
 double EmbeddedWorksheetFunction::LogNormDist(double x, double mean, double sd) {
   require(domain::positive(x), "LogNormDist: x must be above 0");
   require(domain::finite(mean), "LogNormDist: mean must be a finite number");
   require(domain::positive(sd), "LogNormDist: sd must be above 0");
-  return tails::normalLower((std::log(x) - mean) / sd);
+  return tails::normalLower(score(std::log(x), mean, sd));
 }
 
 double EmbeddedWorksheetFunction::TDist(double x, double df, double tails) {
@@ -61,7 +101,7 @@ double EmbeddedWorksheetFunction::BetaDist(double x, double alpha, double beta) 
   require(domain::within(x, 0, 1), "BetaDist: x must be from 0 to 1");
   require(domain::positive(alpha), "BetaDist: alpha must be above 0");
   require(domain::positive(beta), "BetaDist: beta must be above 0");
-  return tails::beta(alpha, beta, x).lower;
+  return domain::result(tails::beta(alpha, beta, x).lower, "BetaDist");
 }
 
 double EmbeddedWorksheetFunction::GammaLn(double x) {
@@ -76,9 +116,9 @@ double EmbeddedWorksheetFunction::BinomDist(double successes, double trials, dou
   require(domain::atLeast(trials, 0), "BinomDist: trials must be at least 0");
   require(domain::within(successes, 0, trials), "BinomDist: successes must be from 0 to the trials");
   require(domain::within(probability, 0, 1), "BinomDist: probability must be from 0 to 1");
-  if (!cumulative) return tails::binomialMass(successes, trials, probability);
+  if (!cumulative) return domain::result(tails::binomialMass(successes, trials, probability), "BinomDist");
   if (successes == trials) return 1;
-  return tails::beta(successes + 1, trials - successes, probability).upper;
+  return domain::result(tails::beta(successes + 1, trials - successes, probability).upper, "BinomDist");
 }
 
 double EmbeddedWorksheetFunction::Poisson(double x, double mean, bool cumulative) {
@@ -101,24 +141,30 @@ double EmbeddedWorksheetFunction::HypGeomDist(double sampleSuccesses, double sam
           "HypGeomDist: populationSuccesses must be from 1 to the population size");
   require(domain::within(k, std::fmax(0, n - (total - m)), std::fmin(n, m)),
           "HypGeomDist: sampleSuccesses must be a number of successes that such a sample can have");
-  return tails::hypergeometricMass(k, n, m, total);
+  return domain::result(tails::hypergeometricMass(k, n, m, total), "HypGeomDist");
 }
 
 double EmbeddedWorksheetFunction::ExponDist(double x, double lambda, bool cumulative) {
   require(domain::atLeast(x, 0), "ExponDist: x must be at least 0");
   require(domain::positive(lambda), "ExponDist: lambda must be above 0");
   const double time = lambda * x;
-  return cumulative ? -std::expm1(-time) : lambda * std::exp(-time);
+  return cumulative ? -std::expm1(-time) : scaledExp(-time, lambda, 1);
 }
 
 double EmbeddedWorksheetFunction::Weibull(double x, double shape, double scale, bool cumulative) {
   require(domain::atLeast(x, 0), "Weibull: x must be at least 0");
   require(domain::positive(shape), "Weibull: shape must be above 0");
   require(domain::positive(scale), "Weibull: scale must be above 0");
-  const double hazard = std::pow(x / scale, shape);
+  if (x == 0) {
+    require(cumulative || shape >= 1,
+            "Weibull: x must be above 0 where the density of a shape below 1 is asked for");
+    return !cumulative && shape == 1 ? domain::result(1 / scale, "Weibull") : 0;
+  }
+  const Ratio ratio(x, scale);
+  const double hazard = ratio.power(shape);
   if (cumulative) return -std::expm1(-hazard);
-  const double density = shape / scale * std::pow(x / scale, shape - 1) * std::exp(-hazard);
-  return domain::result(density, "Weibull");
+  if (std::isinf(hazard)) return 0;
+  return domain::result(scaledExp((shape - 1) * ratio.log() - hazard, shape, scale), "Weibull");
 }
 
 }  // namespace zelkova

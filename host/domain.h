@@ -26,7 +26,7 @@ inline bool degreesOfFreedom(double df) { return within(df, 1, 1e10); }
 /// A result that leaves: refused unless it is finite.
 inline double result(double x, const char* function) {
   if (!std::isfinite(x)) {
-    raise(FailureNumber::HostRefused, std::string(function) + ": the result is too large for a number");
+    raise(FailureNumber::HostRefused, std::string(function) + ": the result is not a finite number");
   }
   return x;
 }

@@ -58,6 +58,7 @@ double stirlingError(double a) {
   if (a >= stirlingBound) return stirlingSeries(a);
   const double twice = 2 * a;
   if (twice >= 1 && twice == std::trunc(twice)) return stirlingAtHalves[static_cast<int>(twice) - 1];
+  if (a < 1) return logGammaOnePlus(a) - (a + 0.5) * std::log(a) + a - halfLogTwoPi;
   double product = 1;
   double b = a;
   while (b < stirlingBound) {

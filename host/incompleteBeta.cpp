@@ -6,6 +6,7 @@
 #include <numbers>
 
 #include "host/gammaFunction.h"
+#include "host/incompleteGamma.h"
 
 namespace zelkova {
 
@@ -19,10 +20,16 @@ constexpr double epsilon = std::numeric_limits<double>::epsilon();
 /// with the root of the shape.
 constexpr double quadratureBound = 1000;
 
+/// From this larger shape on, the distribution is that of a gamma variate over it, to the last bit.
+constexpr double gammaLimitBound = 1e25;
+
 /// a (ln(x / mean) - (x - mean) / mean), where the mean is a / (a + b) and `excess` (a + b) (x - mean).
 double deviation(double a, double b, double x, double excess) {
-  if (std::fabs(excess) < 0.3 * a) return a * gammaFunction::logDeviation(excess / a);
-  return a * (std::log(x) - std::log(a / (a + b))) - excess;
+  const double relative = excess / a;
+  if (relative > -0.9 && relative <= std::numeric_limits<double>::max()) {
+    return a * gammaFunction::logDeviation(relative);
+  }
+  return a * (std::log(x) - std::log(a) + std::log(a + b)) - excess;
 }
 
 /// The lower tail over the density by the even part of the continued fraction (Didonato and Morris 1992,
@@ -38,7 +45,7 @@ double continuedFraction(double a, double b, const IncompleteBeta::Point& point)
   double value = numerator / denominator;
   for (double n = 1; n < 100000; n += 1) {
     const double common = n * (b - n) * x * reciprocal;  // reciprocal is 1 / (a + 2 n - 1)
-    const double alpha = (a + n - 1) * (a + b + n - 1) * x * reciprocal * common;
+    const double alpha = (a + (n - 1)) * (a + b + (n - 1)) * x * reciprocal * common;
     reciprocal = 1 / (a + 2 * n + 1);
     const double beta = n + common + (a + n) * (1 - point.excess + n * (1 + point.y)) * reciprocal;
     const double nextNumerator = beta * numerator + alpha * previousNumerator;
@@ -121,8 +128,9 @@ Tails below(double a, double b, const IncompleteBeta::Point& point, double densi
   if (density == 0) return {0, 1};
   const bool bothLarge = std::min(a, b) >= quadratureBound;
   const double lower = density * (bothLarge ? quadrature(a, b, point) : continuedFraction(a, b, point));
-  if (a < 1 && lower > 0.7) return {lower, complementForSmallShape(a, b, point.x)};
-  return {lower, 1 - lower};
+  if (a >= 1 || lower < 0.7) return {lower, 1 - lower};
+  const double upper = complementForSmallShape(a, b, point.x);
+  return {1 - upper, upper};
 }
 
 }  // namespace
@@ -143,16 +151,25 @@ IncompleteBeta::Point IncompleteBeta::at(double x) const {
 }
 
 IncompleteBeta::Point IncompleteBeta::atOdds(double odds) const {
+  if (odds > 1) {
+    const double inverse = 1 / odds;
+    const double x = 1 / (1 + inverse);
+    return {x, inverse * x, (b_ - a_ * inverse) * x};
+  }
   const double y = 1 / (1 + odds);
-  const double x = odds < 1 ? odds * y : 1 / (1 + 1 / odds);
-  return {x, y, (b_ * odds - a_) * y};
+  return {odds * y, y, (b_ * odds - a_) * y};
 }
 
 IncompleteBeta::Point IncompleteBeta::atRatio(double ratio) const {
+  if (ratio > b_ / a_) {
+    const double inverse = b_ / a_ / ratio;
+    const double x = 1 / (1 + inverse);
+    const double y = inverse * x;
+    return {x, y, (ratio - 1) * y * a_};
+  }
   const double odds = a_ / b_ * ratio;
   const double y = 1 / (1 + odds);
-  const double x = odds < 1 ? odds * y : 1 / (1 + 1 / odds);
-  return {x, y, a_ * (ratio - 1) * y};
+  return {odds * y, y, (ratio - 1) * y * a_};
 }
 
 double IncompleteBeta::density(const Point& point) const {
@@ -164,6 +181,11 @@ double IncompleteBeta::density(const Point& point) const {
 Tails IncompleteBeta::tails(const Point& point, double density) const {
   if (point.x <= 0) return {0, 1};
   if (point.y <= 0) return {1, 0};
+  if (a_ < quadratureBound && b_ > gammaLimitBound) return IncompleteGamma(a_).at(b_ * point.x);
+  if (b_ < quadratureBound && a_ > gammaLimitBound) {
+    const Tails mirrored = IncompleteGamma(b_).at(a_ * point.y);
+    return {mirrored.upper, mirrored.lower};
+  }
   if (point.excess + (point.x - point.y) <= 0) return below(a_, b_, point, density);
   const Tails mirrored = below(b_, a_, {point.y, point.x, -point.excess}, density);
   return {mirrored.upper, mirrored.lower};

@@ -112,7 +112,7 @@ IncompleteGamma::IncompleteGamma(double shape) : a_(shape) {
 double IncompleteGamma::density(double x) const {
   if (a_ < 1) return scale_ * std::exp(a_ * std::log(x) - x);
   const double u = (x - a_) / a_;
-  const double deviation = std::fabs(u) < 0.3 ? gammaFunction::logDeviation(u) : std::log(x / a_) - u;
+  const double deviation = u > -0.9 ? gammaFunction::logDeviation(u) : std::log(x / a_) - u;
   return scale_ * std::exp(a_ * deviation);
 }
 
@@ -160,7 +160,8 @@ Tails IncompleteGamma::nearZero(double x, double density) const {
     s += term;
     if (std::fabs(term) < epsilon * std::fabs(s)) break;
   }
-  return {lower, -std::expm1(l) - a_ * std::exp(l) * s};
+  const double upper = -std::expm1(l) - a_ * std::exp(l) * s;
+  return {1 - upper, upper};
 }
 
 /// 1 + x / (a + 1) + x^2 / ((a + 1) (a + 2)) + ..., for x < a, or both below 1.

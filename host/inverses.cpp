@@ -61,7 +61,7 @@ double EmbeddedWorksheetFunction::GammaInv(double p, double alpha, double beta) 
   require(p >= 0 && p < 1, "GammaInv: p must be at least 0 and below 1");
   require(domain::positive(alpha), "GammaInv: alpha must be above 0");
   require(domain::positive(beta), "GammaInv: beta must be above 0");
-  return domain::result(beta * quantiles::gammaLower(p, alpha), "GammaInv");
+  return domain::result(quantiles::gammaLower(p, alpha, beta), "GammaInv");
 }
 
 }  // namespace zelkova

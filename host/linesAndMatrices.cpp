@@ -289,6 +289,94 @@ void putStatistics(DoubleArray& table, const LeastSquares& fit, Index n, bool co
   table(4, 1) = fit.regressionSquares() / static_cast<double>(fit.rank()) / (fit.residualSquares() / df);
 }
 
+/// A square matrix as the product of a lower and an upper triangle, with partial pivoting. Rows and then
+/// columns are taken in units of powers of two first, so that pivots of matrices in mixed units compare.
+class Triangles {
+ public:
+  explicit Triangles(const DoubleArray& matrix) : n_(matrix.rows()), lu_(n_, n_, 0.0), order_(size()) {
+    std::copy(matrix.elements().begin(), matrix.elements().end(), lu_.elements().begin());
+    balance();
+    std::iota(order_.begin(), order_.end(), Index(1));
+    for (Index k = 1; k <= n_; ++k) eliminate(k);
+  }
+
+  DoubleArray inverse() const {
+    DoubleArray result(n_, n_, 0.0);
+    for (Index j = 1; j <= n_; ++j) {
+      // The row that pivoting moved to place j has its column of the inverse where it came from.
+      const Index row = order_[place(j)];
+      const std::span<double> x = result.column(row);
+      x[place(j)] = 1;
+      substitute(x);
+      for (std::size_t i = 0; i < x.size(); ++i) {
+        x[i] = std::ldexp(x[i], -columnExponents_[i] - rowExponents_[place(row)]);
+      }
+    }
+    return result;
+  }
+
+ private:
+  static std::size_t place(Index i) { return static_cast<std::size_t>(i - 1); }
+  std::size_t size() const { return static_cast<std::size_t>(n_); }
+
+  static void requireRegular(bool holds) { require(holds, "MInverse: matrix must not be singular"); }
+
+  void balance() {
+    for (Index i = 1; i <= n_; ++i) {
+      double largest = 0;
+      for (Index j = 1; j <= n_; ++j) largest = std::fmax(largest, std::fabs(lu_(i, j)));
+      requireRegular(largest > 0);
+      rowExponents_.push_back(std::ilogb(largest));
+      for (Index j = 1; j <= n_; ++j) lu_(i, j) = std::ldexp(lu_(i, j), -rowExponents_.back());
+    }
+    for (Index j = 1; j <= n_; ++j) {
+      const std::span<double> column = lu_.column(j);
+      requireRegular(largestMagnitude(column) > 0);
+      columnExponents_.push_back(exponentOf(column));
+      for (double& v : column) v = std::ldexp(v, -columnExponents_.back());
+    }
+  }
+
+  void eliminate(Index k) {
+    const std::span<double> multipliers = lu_.column(k);
+    Index pivot = k;
+    for (Index i = k + 1; i <= n_; ++i) {
+      if (std::fabs(multipliers[place(i)]) > std::fabs(multipliers[place(pivot)])) pivot = i;
+    }
+    // A pivot that is nothing but rounding is none.
+    requireRegular(std::fabs(multipliers[place(pivot)]) > static_cast<double>(n_) * epsilon);
+    if (pivot != k) {
+      std::swap(order_[place(k)], order_[place(pivot)]);
+      for (Index j = 1; j <= n_; ++j) std::swap(lu_(k, j), lu_(pivot, j));
+    }
+    const std::size_t below = static_cast<std::size_t>(k);
+    for (std::size_t i = below; i < size(); ++i) multipliers[i] /= multipliers[below - 1];
+    for (Index j = k + 1; j <= n_; ++j) {
+      const std::span<double> column = lu_.column(j);
+      const double factor = column[below - 1];
+      for (std::size_t i = below; i < size(); ++i) column[i] -= factor * multipliers[i];
+    }
+  }
+
+  /// Solves for the right side in `x`, in place.
+  void substitute(std::span<double> x) const {
+    for (std::size_t k = 0; k < x.size(); ++k) {
+      const std::span<const double> multipliers = lu_.column(static_cast<Index>(k) + 1);
+      for (std::size_t i = k + 1; i < x.size(); ++i) x[i] -= x[k] * multipliers[i];
+    }
+    for (std::size_t k = x.size(); k-- > 0;) {
+      const std::span<const double> column = lu_.column(static_cast<Index>(k) + 1);
+      x[k] /= column[k];
+      for (std::size_t i = 0; i < k; ++i) x[i] -= x[k] * column[i];
+    }
+  }
+
+  Index n_;
+  DoubleArray lu_;
+  std::vector<Index> order_;
+  std::vector<int> rowExponents_, columnExponents_;
+};
+
 }  // namespace
 
 double EmbeddedWorksheetFunction::Slope(const DoubleArray& knownY, const DoubleArray& knownX) {
@@ -331,71 +419,8 @@ DoubleArray EmbeddedWorksheetFunction::MInverse(const DoubleArray& matrix) {
   requireNumbers(matrix, "MInverse: matrix");
   require(matrix.dimensions() == 2 ? matrix.rows() == matrix.columns() : matrix.size() == 1,
           "MInverse: matrix must be square");
-  const char* singular = "MInverse: matrix must not be singular";
-  const Index n = matrix.rows();
-  const auto elements = matrix.elements();
-
-  // Rows and then columns in units of powers of two, so that pivots of matrices in mixed units compare.
-  std::vector<int> rowExponents(static_cast<std::size_t>(n)), columnExponents(static_cast<std::size_t>(n));
-  DoubleArray lu(n, n, 0.0);
-  std::copy(elements.begin(), elements.end(), lu.elements().begin());
-  for (Index i = 1; i <= n; ++i) {
-    double largest = 0;
-    for (Index j = 1; j <= n; ++j) largest = std::fmax(largest, std::fabs(lu(i, j)));
-    require(largest > 0, singular);
-    const int exponent = rowExponents[static_cast<std::size_t>(i - 1)] = std::ilogb(largest);
-    for (Index j = 1; j <= n; ++j) lu(i, j) = std::ldexp(lu(i, j), -exponent);
-  }
-  for (Index j = 1; j <= n; ++j) {
-    const auto column = lu.column(j);
-    require(largestMagnitude(column) > 0, singular);
-    const int exponent = columnExponents[static_cast<std::size_t>(j - 1)] = exponentOf(column);
-    for (double& v : column) v = std::ldexp(v, -exponent);
-  }
-
-  std::vector<Index> order(static_cast<std::size_t>(n));
-  std::iota(order.begin(), order.end(), Index(1));
-  for (Index k = 1; k <= n; ++k) {
-    Index pivot = k;
-    for (Index i = k + 1; i <= n; ++i) {
-      if (std::fabs(lu(i, k)) > std::fabs(lu(pivot, k))) pivot = i;
-    }
-    require(std::fabs(lu(pivot, k)) > static_cast<double>(n) * epsilon, singular);
-    if (pivot != k) {
-      std::swap(order[static_cast<std::size_t>(k - 1)], order[static_cast<std::size_t>(pivot - 1)]);
-      for (Index j = 1; j <= n; ++j) std::swap(lu(k, j), lu(pivot, j));
-    }
-    const auto multipliers = lu.column(k);
-    const std::size_t first = static_cast<std::size_t>(k);
-    for (std::size_t i = first; i < multipliers.size(); ++i) multipliers[i] /= lu(k, k);
-    for (Index j = k + 1; j <= n; ++j) {
-      const auto column = lu.column(j);
-      const double factor = column[first - 1];
-      for (std::size_t i = first; i < column.size(); ++i) column[i] -= factor * multipliers[i];
-    }
-  }
-
-  DoubleArray inverse(n, n, 0.0);
-  for (Index j = 1; j <= n; ++j) {
-    // Column order[j] of the inverse belongs to the row that pivoting moved to place j.
-    const Index row = order[static_cast<std::size_t>(j - 1)];
-    const auto x = inverse.column(row);
-    x[static_cast<std::size_t>(j - 1)] = 1;
-    for (std::size_t k = static_cast<std::size_t>(j - 1); k < x.size(); ++k) {
-      const auto multipliers = lu.column(static_cast<Index>(k) + 1);
-      for (std::size_t i = k + 1; i < x.size(); ++i) x[i] -= x[k] * multipliers[i];
-    }
-    for (std::size_t k = x.size(); k-- > 0;) {
-      const auto column = lu.column(static_cast<Index>(k) + 1);
-      x[k] /= column[k];
-      for (std::size_t i = 0; i < k; ++i) x[i] -= x[k] * column[i];
-    }
-    for (std::size_t i = 0; i < x.size(); ++i) {
-      x[i] = domain::result(
-          std::ldexp(x[i], -columnExponents[i] - rowExponents[static_cast<std::size_t>(row - 1)]),
-          "MInverse");
-    }
-  }
+  DoubleArray inverse = Triangles(matrix).inverse();
+  for (const double cell : inverse.elements()) domain::result(cell, "MInverse");
   return inverse;
 }
 

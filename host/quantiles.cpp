@@ -1,7 +1,9 @@
 #include "host/quantiles.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <numbers>
 
@@ -18,6 +20,13 @@ using tails::Tails;
 
 constexpr double epsilon = std::numeric_limits<double>::epsilon();
 constexpr double infinity = std::numeric_limits<double>::infinity();
+
+/// The polynomial whose coefficients are given from the constant on.
+double polynomial(const std::array<double, 8>& coefficients, double x) {
+  double sum = 0;
+  for (std::size_t i = coefficients.size(); i-- > 0;) sum = sum * x + coefficients[i];
+  return sum;
+}
 
 /// What the search sees at one place: the tails, the density of the logarithm of the place, and the first two
 /// derivatives of the logarithm of that density.
@@ -75,15 +84,17 @@ Step stepFrom(const View& view, const Target& target) {
 }
 
 /// The place where the tail of `distribution` is the target's. Each place tells on which side of it the
-/// answer lies; a step that leaves the bracket so known is replaced by halving it, so that the search ends.
+/// answer lies. Where the steps do not converge by themselves, every other one halves the bracket so known
+/// (on the scale of ln x; until it has both ends, it is widened in growing strides), so that the search ends.
 template <class Distribution>
 double search(const Distribution& distribution, double start, const Target& target) {
   constexpr double smallest = 1e-307;
   constexpr double largest = 1e307;
   double low = 0;
   double high = infinity;
+  double stride = 1;
   double x = std::isnan(start) ? 1 : std::clamp(start, smallest, largest);
-  for (int i = 0; i < 200; ++i) {
+  for (int i = 0; i < 100; ++i) {
     const View view = viewOf(distribution, x);
     const double tail = target.lower ? view.tails.lower : view.tails.upper;
     if (tail == target.p) return x;
@@ -92,15 +103,18 @@ double search(const Distribution& distribution, double start, const Target& targ
     if (low >= largest) return infinity;
     const Step step = stepFrom(view, target);
     const double next = x * std::exp(step.change);
-    if (step.error < epsilon / 8 || std::fabs(step.change) < epsilon) return next;
-    if (next > low && next < high) {
-      x = std::clamp(next, smallest, largest);
-      continue;
+    // A long step may look exact, as tails are powers of x near their ends, and end where they no longer are.
+    if (step.error < epsilon / 8 && std::fabs(step.change) < 1) return next;
+    if (next > low && next < high && (step.error < infinity || i < 6 || i % 2 == 0)) {
+      x = next;
+    } else if (low == 0 || high == infinity) {
+      x *= std::exp(low == 0 ? -stride : stride);
+      stride *= 2;
+    } else {
+      x = std::sqrt(low) * std::sqrt(high);
+      if (x <= low || x >= high) return x;
     }
-    const double from = std::max(low, smallest);
-    const double to = std::min(high, largest);
-    x = std::sqrt(from) * std::sqrt(to);
-    if (x <= from || x >= to) return x;
+    x = std::clamp(x, smallest, largest);
   }
   return x;
 }
@@ -199,82 +213,50 @@ double betaOdds(double a, double b, const Target& target) {
 
 }  // namespace
 
-/// Wichura 1988, algorithm AS 241, PPND16.
+/// Wichura 1988, algorithm AS 241, PPND16: three ratios of polynomials.
 double normal(double p) {
+  constexpr std::array centre = {3.387132872796366608,  133.14166789178437745, 1971.5909503065514427,
+                                 13731.693765509461125, 45921.953931549871457, 67265.770927008700853,
+                                 33430.575583588128105, 2509.0809287301226727};
+  constexpr std::array centreDivisor = {1.0,
+                                        42.313330701600911252,
+                                        687.1870074920579083,
+                                        5394.1960214247511077,
+                                        21213.794301586595867,
+                                        39307.89580009271061,
+                                        28729.085735721942674,
+                                        5226.495278852854561};
+  constexpr std::array tail = {1.42343711074968357734,   4.6303378461565452959,   5.7694972214606914055,
+                               3.64784832476320460504,   1.27045825245236838258,  0.24178072517745061177,
+                               0.0227238449892691845833, 7.7454501427834140764e-4};
+  constexpr std::array tailDivisor = {1.0,
+                                      2.05319162663775882187,
+                                      1.6763848301838038494,
+                                      0.68976733498510000455,
+                                      0.14810397642748007459,
+                                      0.0151986665636164571966,
+                                      5.475938084995344946e-4,
+                                      1.05075007164441684324e-9};
+  constexpr std::array farTail = {6.6579046435011037772,     5.4637849111641143699,
+                                  1.7848265399172913358,     0.29656057182850489123,
+                                  0.026532189526576123093,   0.0012426609473880784386,
+                                  2.71155556874348757815e-5, 2.01033439929228813265e-7};
+  constexpr std::array farTailDivisor = {1.0,
+                                         0.59983220655588793769,
+                                         0.13692988092273580531,
+                                         0.0148753612908506148525,
+                                         7.868691311456132591e-4,
+                                         1.8463183175100546818e-5,
+                                         1.4215117583164458887e-7,
+                                         2.04426310338993978564e-15};
   const double q = p - 0.5;
   if (std::fabs(q) <= 0.425) {
     const double r = 0.180625 - q * q;
-    return q *
-           (((((((2509.0809287301226727 * r + 33430.575583588128105) * r + 67265.770927008700853) * r +
-                45921.953931549871457) *
-                   r +
-               13731.693765509461125) *
-                  r +
-              1971.5909503065514427) *
-                 r +
-             133.14166789178437745) *
-                r +
-            3.387132872796366608) /
-           (((((((5226.495278852854561 * r + 28729.085735721942674) * r + 39307.89580009271061) * r +
-                21213.794301586595867) *
-                   r +
-               5394.1960214247511077) *
-                  r +
-              687.1870074920579083) *
-                 r +
-             42.313330701600911252) *
-                r +
-            1);
+    return q * polynomial(centre, r) / polynomial(centreDivisor, r);
   }
-  double r = std::sqrt(-std::log(q < 0 ? p : 1 - p));
-  double z;
-  if (r <= 5) {
-    r -= 1.6;
-    z = (((((((7.7454501427834140764e-4 * r + 0.0227238449892691845833) * r + 0.24178072517745061177) * r +
-             1.27045825245236838258) *
-                r +
-            3.64784832476320460504) *
-               r +
-           5.7694972214606914055) *
-              r +
-          4.6303378461565452959) *
-             r +
-         1.42343711074968357734) /
-        (((((((1.05075007164441684324e-9 * r + 5.475938084995344946e-4) * r + 0.0151986665636164571966) * r +
-             0.14810397642748007459) *
-                r +
-            0.68976733498510000455) *
-               r +
-           1.6763848301838038494) *
-              r +
-          2.05319162663775882187) *
-             r +
-         1);
-  } else {
-    r -= 5;
-    z = (((((((2.01033439929228813265e-7 * r + 2.71155556874348757815e-5) * r + 0.0012426609473880784386) *
-                 r +
-             0.026532189526576123093) *
-                r +
-            0.29656057182850489123) *
-               r +
-           1.7848265399172913358) *
-              r +
-          5.4637849111641143699) *
-             r +
-         6.6579046435011037772) /
-        (((((((2.04426310338993978564e-15 * r + 1.4215117583164458887e-7) * r + 1.8463183175100546818e-5) *
-                 r +
-             7.868691311456132591e-4) *
-                r +
-            0.0148753612908506148525) *
-               r +
-           0.13692988092273580531) *
-              r +
-          0.59983220655588793769) *
-             r +
-         1);
-  }
+  const double r = std::sqrt(-std::log(q < 0 ? p : 1 - p));
+  const double z = r <= 5 ? polynomial(tail, r - 1.6) / polynomial(tailDivisor, r - 1.6)
+                          : polynomial(farTail, r - 5) / polynomial(farTailDivisor, r - 5);
   return q < 0 ? -z : z;
 }
 
@@ -286,7 +268,13 @@ double studentBothTails(double p, double df) {
   return std::sqrt(df * betaOdds(0.5, df / 2, Target::fromUpper(p)));
 }
 
-double gammaLower(double p, double shape) { return p == 0 ? 0 : gammaQuantile(shape, Target::fromLower(p)); }
+double gammaLower(double p, double shape, double scale) {
+  if (p == 0) return 0;
+  const double x = gammaQuantile(shape, Target::fromLower(p));
+  if (x > std::numeric_limits<double>::min()) return scale * x;
+  // Too small for a double before the scale brings it back: P is the leading power of x there.
+  return std::exp((std::log(p) + gammaFunction::logGamma(shape + 1)) / shape + std::log(scale));
+}
 
 double gammaUpper(double p, double shape) { return p == 1 ? 0 : gammaQuantile(shape, Target::fromUpper(p)); }
 

@@ -8,9 +8,10 @@ double normal(double p);
 /// t >= 0 with probability `p`, 0 < p <= 1, that the absolute value of Student's t exceeds it.
 double studentBothTails(double p, double df);
 
-/// Quantiles of the gamma distribution of scale 1: with `p` below, 0 <= p < 1, and with `p` above, 0 < p
-/// <= 1.
-double gammaLower(double p, double shape);
+/// x with `p` below in the gamma distribution, 0 <= p < 1.
+double gammaLower(double p, double shape, double scale);
+
+/// x with `p` above in the gamma distribution of scale 1, 0 < p <= 1.
 double gammaUpper(double p, double shape);
 
 /// x with `p` above in the F distribution, 0 < p <= 1.

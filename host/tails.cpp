@@ -20,12 +20,10 @@ constexpr double rootHalfRest = -4.833646656726456726e-17;
 double normalLower(double z) {
   const double x = -z * rootHalf;
   const double lower = std::erfc(x) / 2;
-  if (z > -5) return lower;
+  if (z > -5 || lower == 0) return lower;
   // Far out the rounding of x shows: erfc changes by a factor of 1 - 2 x lost.
   return lower * (1 - 2 * x * (std::fma(-z, rootHalf, -x) - z * rootHalfRest));
 }
-
-double normalDensity(double z) { return std::exp(-z * z / 2) * (std::numbers::inv_sqrtpi * rootHalf); }
 
 Tails student(double t, double df) {
   // The two distributions whose t may be larger than a root of the largest double.

@@ -7,9 +7,8 @@ struct Tails {
   double lower, upper;
 };
 
-// Standard normal distribution.
+/// Standard normal distribution.
 double normalLower(double z);
-double normalDensity(double z);
 
 /// The absolute value of Student's t: below and above `t` >= 0, df >= 1.
 Tails student(double t, double df);

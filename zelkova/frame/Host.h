@@ -15,7 +15,9 @@ class WorksheetFunction {
  public:
   virtual ~WorksheetFunction() = default;
 
-  // Distributions. `df` and counts are truncated to whole numbers by the function itself.
+  // Distributions. `df`, `tails` and counts are truncated to whole numbers by the function itself. `TDist`,
+  // `ChiDist` and `FDist` give the upper tail and `ChiInv` and `FInv` take it; `TInv` takes both tails
+  // together; all others are about the lower tail. `mean` and `sd` of the lognormal are those of ln x.
   virtual double NormSDist(double z) = 0;
   virtual double NormSInv(double p) = 0;
   virtual double NormDist(double x, double mean, double sd, bool cumulative) = 0;
@@ -56,8 +58,10 @@ class WorksheetFunction {
   virtual double Intercept(const DoubleArray& knownY, const DoubleArray& knownX) = 0;
   virtual double Correl(const DoubleArray& a, const DoubleArray& b) = 0;
 
-  /// Least squares of y on the columns of x, as the host's 5-row array (coefficients in reverse order, the
-  /// constant last; with `stats` false the first row alone). Cells without a value hold `NoValue`.
+  /// Least squares of y on the columns of x: a row with the coefficients in reverse order, the constant last
+  /// (0 where it is not fitted). With `stats`, four more rows: the standard errors of the first; R squared
+  /// and the standard error of y; F and its residual degrees of freedom; the sums of squares of regression
+  /// and residuals. Cells without a value hold `NoValue`, as F of a perfect fit does.
   virtual DoubleArray LinEst(const DoubleArray& knownY, const DoubleArray& knownX, bool constant,
                              bool stats) = 0;
   virtual DoubleArray MInverse(const DoubleArray& matrix) = 0;
