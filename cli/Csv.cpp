@@ -4,14 +4,14 @@
 
 #include <algorithm>
 #include <charconv>
-#include <fstream>
-#include <iterator>
+#include <filesystem>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <utility>
 
 #include "cli/Request.h"
+#include "cli/text.h"
 #include "zelkova/frame/numberText.h"
 
 namespace zelkova::cli {
@@ -27,12 +27,15 @@ bool isUtf8(std::string_view text) {
   }
 }
 
-std::string readFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) throw RequestError(path + ": cannot be opened");
-  std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  if (file.bad() || text.empty()) throw RequestError(path + ": is empty or cannot be read");
-  return text;
+/// How far the first line of `text` reaches, its end included: a line feed, a carriage return or both.
+std::size_t lineLength(std::string_view text) {
+  const std::size_t end = text.find_first_of("\r\n");
+  if (end == std::string_view::npos) return text.size();
+  return text.substr(end, 2) == "\r\n" ? end + 2 : end + 1;
+}
+
+bool isBlank(std::string_view line, char separator) {
+  return line.find(separator) == std::string_view::npos && trimmed(line).empty();
 }
 
 std::optional<std::size_t> columnNumber(std::string_view text) {
@@ -73,6 +76,7 @@ struct Csv::Reading {
 
 Csv Csv::read(const std::string& path, const CsvStyle& style) {
   const std::string content = readFile(path);
+  if (content.empty()) throw RequestError(path + ": is empty");
   std::string_view text = content;
   if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
 
@@ -89,12 +93,12 @@ Csv Csv::read(const std::string& path, const CsvStyle& style) {
   std::size_t blankLine = 0;
   while (!text.empty()) {
     ++line;
-    const std::size_t length = std::min(text.find('\n'), text.size() - 1) + 1;
+    const std::size_t length = lineLength(text);
     const std::string_view piece = text.substr(0, length);
     text.remove_prefix(length);
     if (reading.rowLine == 0) {
       // The parser passes over blank lines, but in a column a blank line may be a lost value.
-      if (trimmed(piece).empty()) {
+      if (isBlank(piece, style.separator)) {
         if (blankLine == 0) blankLine = line;
         continue;
       }
@@ -123,13 +127,16 @@ Csv Csv::read(const std::string& path, const CsvStyle& style) {
                                  std::to_string(width));
     }
   }
-  if (style.header) {
+  const bool named = style.firstRow != CsvStyle::FirstRow::Data;
+  if (named) {
     csv.names_ = std::move(rows.front());
-    if (std::all_of(csv.names_.begin(), csv.names_.end(), [](const auto& name) { return numberOf(name); })) {
-      fail(reading.lines.front(), "holds numbers where the names of the columns belong; use --no-header");
+    if (style.firstRow == CsvStyle::FirstRow::NamesUnlessNumbers &&
+        std::all_of(csv.names_.begin(), csv.names_.end(), [](const auto& name) { return numberOf(name); })) {
+      fail(reading.lines.front(),
+           "holds numbers only: say whether they are data (--no-header) or names (--header)");
     }
   }
-  const std::size_t firstRow = style.header ? 1 : 0;
+  const std::size_t firstRow = named ? 1 : 0;
   csv.columns_.resize(width);
   for (std::size_t j = 0; j < width; ++j) {
     csv.columns_[j].reserve(rows.size());
@@ -140,28 +147,43 @@ Csv Csv::read(const std::string& path, const CsvStyle& style) {
 }
 
 std::string Csv::columnName(std::size_t column) const {
-  return names_.empty() ? std::to_string(column + 1) : "\"" + names_[column] + "\"";
+  return names_.empty() ? std::to_string(column + 1) : inQuotes(names_[column]);
 }
 
 std::size_t Csv::findColumn(std::string_view selection) const {
   const auto count = std::count(names_.begin(), names_.end(), selection);
-  if (count > 1) throw RequestError(path_ + ": two columns are named \"" + std::string(selection) + "\"");
+  if (count > 1) throw RequestError(path_ + ": two columns are named " + inQuotes(selection));
   if (count == 1) {
     return static_cast<std::size_t>(std::find(names_.begin(), names_.end(), selection) - names_.begin());
   }
   const std::optional<std::size_t> number = columnNumber(selection);
   if (number && *number >= 1 && *number <= columns_.size()) return *number - 1;
+  constexpr std::size_t mostNames = 10;
   std::string known;
-  for (std::size_t j = 0; j < columns_.size(); ++j) known += (j == 0 ? "" : ", ") + columnName(j);
-  throw RequestError(path_ + ": has no column \"" + std::string(selection) + "\"; it has " + known);
+  for (std::size_t j = 0; j < std::min(columns_.size(), mostNames); ++j) {
+    known += (j == 0 ? "" : ", ") + columnName(j);
+  }
+  if (columns_.size() > mostNames) known += ", ...";
+  throw RequestError(path_ + ": has no column " + inQuotes(selection) + "; it has " + known);
 }
 
 double Csv::number(std::size_t column, std::size_t row) const {
   const std::string& cell = columns_[column][row];
   if (const std::optional<double> value = numberOf(cell)) return *value;
+  refuseCell(column, row, "where a number is needed");
+}
+
+Variant Csv::mixed(std::size_t column, std::size_t row) const {
+  const std::string& cell = columns_[column][row];
+  if (const std::optional<double> value = numberOf(cell)) return *value;
+  if (trimmed(cell).empty()) refuseCell(column, row, "where a value is needed");
+  return cell;
+}
+
+void Csv::refuseCell(std::size_t column, std::size_t row, const char* where) const {
+  const std::string& cell = columns_[column][row];
   throw RequestError(path_ + ": line " + std::to_string(lines_[row]) + ", column " + columnName(column) +
-                     ": " + (trimmed(cell).empty() ? "a blank cell" : "\"" + cell + "\"") +
-                     " where a number is needed");
+                     ": " + (trimmed(cell).empty() ? "a blank cell" : inQuotes(cell)) + " " + where);
 }
 
 Value Csv::select(const Argument& argument, std::string_view selection) const {
@@ -173,7 +195,7 @@ Value Csv::select(const Argument& argument, std::string_view selection) const {
   if (span) {
     std::tie(first, last) = *span;
     if (first < 1 || first > last || last > columns_.size()) {
-      throw RequestError(path_ + ": has no columns " + std::string(selection) + "; it has " +
+      throw RequestError(path_ + ": has no columns " + inQuotes(selection) + "; it has " +
                          std::to_string(columns_.size()));
     }
     --first;
@@ -184,7 +206,8 @@ Value Csv::select(const Argument& argument, std::string_view selection) const {
 
   const auto fill = [&]<class T>(Array<T>, auto cell) -> Value {
     const auto rows = static_cast<Index>(lines_.size());
-    Array<T> result = span ? Array<T>(rows, static_cast<Index>(last - first), T()) : Array<T>(rows);
+    const bool isTable = span || argument.shape == Shape::Table;
+    Array<T> result = isTable ? Array<T>(rows, static_cast<Index>(last - first), T()) : Array<T>(rows);
     auto at = result.elements().begin();
     for (std::size_t j = first; j < last; ++j) {
       for (std::size_t i = 0; i < lines_.size(); ++i) *at++ = cell(j, i);
@@ -197,18 +220,22 @@ Value Csv::select(const Argument& argument, std::string_view selection) const {
     case ValueType::Texts:
       return fill(StringArray(), [&](std::size_t j, std::size_t i) { return columns_[j][i]; });
     case ValueType::MixedValues:
-      return fill(VariantArray(), [&](std::size_t j, std::size_t i) -> Variant {
-        const std::optional<double> value = numberOf(columns_[j][i]);
-        return value ? Variant(*value) : Variant(columns_[j][i]);
-      });
+      return fill(VariantArray(), [&](std::size_t j, std::size_t i) { return mixed(j, i); });
     default:
       refuse(argument, "is one " + inWords(argument.type, argument.shape) + ", not a column of a file");
   }
 }
 
 Value CsvFiles::select(const Argument& argument, std::string_view reference) {
-  const std::size_t colon = reference.rfind(':');
-  if (colon == std::string_view::npos) refuse(argument, "needs a column: @file.csv:name or @file.csv:3-5");
+  // Names of files and of columns may hold colons: the last one that ends the name of a file counts.
+  const std::size_t last = reference.rfind(':');
+  if (last == std::string_view::npos) refuse(argument, "needs a column: @file.csv:name or @file.csv:3-5");
+  std::size_t colon = last;
+  while (colon != std::string_view::npos && colon > 0 &&
+         !std::filesystem::exists(reference.substr(0, colon))) {
+    colon = reference.rfind(':', colon - 1);
+  }
+  if (colon == std::string_view::npos || colon == 0) colon = last;
   const std::string path(reference.substr(0, colon));
   auto found = files_.find(path);
   if (found == files_.end()) found = files_.emplace(path, Csv::read(path, style_)).first;

@@ -11,8 +11,11 @@ namespace zelkova::cli {
 
 /// How the files of a command line are written.
 struct CsvStyle {
+  enum class FirstRow { Names, Data, NamesUnlessNumbers };
+
   char separator = ',';
-  bool header = true;  ///< the first row holds the names of the columns
+  FirstRow firstRow =
+      FirstRow::NamesUnlessNumbers;  ///< a row of nothing but numbers may be either: it is refused
 };
 
 /// A file of separated values, read whole: quoted fields, UTF-8 with or without a mark, any line end.
@@ -23,8 +26,8 @@ class Csv {
   static Csv read(const std::string& path, const CsvStyle& style);
 
   /// The columns that `selection` names, as a value for `argument`: "length", "3" (a column by its number,
-  /// unless one is named so) or "3-5" (a table). RequestError, with line and column, for a cell that has no
-  /// number where one is needed.
+  /// unless one is named so) or "3-5" (a table). One column is a table too where a table is asked for.
+  /// RequestError, with line and column, for a cell that has no number where one is needed.
   Value select(const Argument& argument, std::string_view selection) const;
 
  private:
@@ -32,6 +35,8 @@ class Csv {
 
   std::size_t findColumn(std::string_view selection) const;
   double number(std::size_t column, std::size_t row) const;
+  Variant mixed(std::size_t column, std::size_t row) const;
+  [[noreturn]] void refuseCell(std::size_t column, std::size_t row, const char* where) const;
   std::string columnName(std::size_t column) const;
 
   std::string path_;

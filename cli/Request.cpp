@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "cli/text.h"
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/frame/numberText.h"
@@ -18,7 +19,7 @@ namespace {
 
 const Method& findMethod(const Class& target, std::string_view name) {
   if (const Method* found = target.find(name)) return *found;
-  throw RequestError(target.name + " has no method \"" + std::string(name) + "\"; \"zelkova describe " +
+  throw RequestError(target.name + " has no method " + inQuotes(name) + "; \"zelkova describe " +
                      target.name + "\" names them");
 }
 
@@ -30,9 +31,21 @@ std::string inputNames(const Method& method) {
   return names.empty() ? "none" : names;
 }
 
+/// The library quotes what it has read last, whatever that holds.
+std::string oneLine(std::string_view text) {
+  constexpr std::size_t longest = 200;
+  const std::string json = jsonText(text.substr(0, longest));
+  return json.substr(1, json.size() - 2);
+}
+
+/// A number, text or flag as it stands in JSON, for a line of an error.
+std::string valueText(const json& value) {
+  return value.is_string() ? inQuotes(value.get_ref<const std::string&>()) : value.dump();
+}
+
 [[noreturn]] void refuseType(const Argument& argument, const json& value) {
   refuse(argument, "needs a " + inWords(argument.type, argument.shape) + ", not " +
-                       (value.is_structured() ? std::string(value.type_name()) : value.dump()));
+                       (value.is_structured() ? std::string(value.type_name()) : valueText(value)));
 }
 
 double number(const Argument& argument, const json& value) {
@@ -66,14 +79,18 @@ Value arrayFromJson(const Argument& argument, const json& value, T (*element)(co
     for (const json& entry : value) result(++i) = element(argument, entry);
     return result;
   }
-  Array<T> result(static_cast<Index>(value.size()), static_cast<Index>(value.front().size()), T());
-  if (!result.filled()) refuse(argument, "has rows without elements");
+  const std::size_t width = value.front().size();
+  if (width == 0) refuse(argument, "has rows without elements");
+  // Before the table is made: rows of any length in a short text could ask for all of the memory.
+  for (std::size_t i = 0; i < value.size(); ++i) {
+    if (!value[i].is_array() || value[i].size() != width) {
+      refuse(argument, "row " + std::to_string(i + 1) + " is not as long as row 1");
+    }
+  }
+  Array<T> result(static_cast<Index>(value.size()), static_cast<Index>(width), T());
   Index i = 0;
   for (const json& row : value) {
     ++i;
-    if (!row.is_array() || static_cast<Index>(row.size()) != result.columns()) {
-      refuse(argument, "row " + std::to_string(i) + " is not as long as row 1");
-    }
     Index j = 0;
     for (const json& entry : row) result(i, ++j) = element(argument, entry);
   }
@@ -91,7 +108,7 @@ std::int16_t wholeNumber(const Argument& argument, double value) {
 double numberFromText(const Argument& argument, std::string_view text) {
   if (trimmed(text) == "NoValue") return NoValue;
   if (const std::optional<double> value = numberOf(text)) return *value;
-  refuse(argument, "\"" + std::string(text) + "\" is not a number");
+  refuse(argument, inQuotes(text) + " is not a number");
 }
 
 Variant mixedFromText(std::string_view text) {
@@ -120,7 +137,7 @@ const Class& findClass(std::string_view name) {
   const Catalogue& catalogue = Catalogue::get();
   if (name == catalogue.worksheetFunctions().name) return catalogue.worksheetFunctions();
   if (const Class* found = catalogue.find(name)) return *found;
-  throw RequestError("there is no class \"" + std::string(name) + "\"; \"zelkova list\" names them");
+  throw RequestError("there is no class " + inQuotes(name) + "; \"zelkova list\" names them");
 }
 
 void refuse(const Argument& argument, const std::string& why) {
@@ -130,22 +147,24 @@ void refuse(const Argument& argument, const std::string& why) {
 json parseJson(std::string_view text, std::string_view what) {
   // The library itself would keep the last of two members of one name and lose the other without a word.
   std::vector<std::set<std::string>> members;
-  const auto refuseTwins = [&](int, json::parse_event_t event, json& parsed) {
+  constexpr int deepest = 100;
+  const auto inspect = [&](int depth, json::parse_event_t event, json& parsed) {
+    if (depth > deepest) throw RequestError(std::string(what) + " is nested too deeply");
     if (event == json::parse_event_t::object_start) members.emplace_back();
     if (event == json::parse_event_t::object_end) members.pop_back();
     if (event == json::parse_event_t::key && !members.back().insert(parsed.get<std::string>()).second) {
-      throw RequestError(std::string(what) + " holds " + parsed.dump() + " twice");
+      throw RequestError(std::string(what) + " holds " + valueText(parsed) + " twice");
     }
     return true;
   };
   try {
-    return json::parse(text, refuseTwins);
+    return json::parse(text, inspect);
   } catch (const json::exception& error) {
     // The library's texts begin with "[json.exception.parse_error.101] ", which tells a user nothing.
     const std::string_view all = error.what();
     const std::size_t start = all.find("] ");
     throw RequestError(std::string(what) + " is not JSON: " +
-                       std::string(start == std::string_view::npos ? all : all.substr(start + 2)));
+                       oneLine(start == std::string_view::npos ? all : all.substr(start + 2)));
   }
 }
 
@@ -224,7 +243,7 @@ void checkShape(const Argument& argument, const Value& value) {
 Request::Request(std::string_view target) {
   const std::size_t dot = target.find('.');
   if (dot == std::string_view::npos) {
-    throw RequestError("\"" + std::string(target) + "\" names no method; write CLASS.METHOD");
+    throw RequestError(inQuotes(target) + " names no method; write CLASS.METHOD");
   }
   class_ = &findClass(target.substr(0, dot));
   method_ = &findMethod(*class_, target.substr(dot + 1));
@@ -236,7 +255,7 @@ Request Request::fromJson(const json& request) {
   if (!request.is_object()) throw RequestError("a request is a JSON object with the member \"call\"");
   for (const auto& [member, value] : request.items()) {
     if (member != "id" && member != "call" && member != "args") {
-      throw RequestError("a request has no member \"" + member + "\"");
+      throw RequestError("a request has no member " + inQuotes(member));
     }
   }
   if (!request.contains("call") || !request["call"].is_string()) {
@@ -250,10 +269,7 @@ Request Request::fromJson(const json& request) {
 
 void Request::setArguments(const json& arguments) {
   if (arguments.is_object()) {
-    for (const auto& [name, value] : arguments.items()) {
-      const Argument& argument = claim(name);
-      set(argument, valueFromJson(argument, value));
-    }
+    for (const auto& [name, value] : arguments.items()) give(claim(name), value);
     return;
   }
   if (!arguments.is_array()) throw RequestError("\"args\" must be an object or an array");
@@ -261,9 +277,7 @@ void Request::setArguments(const json& arguments) {
   for (const Argument& argument : method_->arguments) {
     if (value == arguments.end()) return;
     if (!argument.isInput()) continue;
-    claim(argument.name);
-    // An optional argument is left out by null; for a double that is not optional null is NoValue.
-    if (!(argument.optional && value->is_null())) set(argument, valueFromJson(argument, *value));
+    give(claim(argument.name), *value);
     ++value;
   }
   if (value != arguments.end()) {
@@ -271,10 +285,16 @@ void Request::setArguments(const json& arguments) {
   }
 }
 
+void Request::give(const Argument& argument, const json& value) {
+  // null is NoValue as a double, and leaves out anything else that may be left out.
+  if (value.is_null() && argument.optional && argument.type != ValueType::Double) return;
+  set(argument, valueFromJson(argument, value));
+}
+
 const Argument& Request::claim(std::string_view argument) {
   const std::optional<std::size_t> at = method_->find(argument);
   if (!at) {
-    throw RequestError(name() + " has no argument \"" + std::string(argument) + "\"; it takes " +
+    throw RequestError(name() + " has no argument " + inQuotes(argument) + "; it takes " +
                        inputNames(*method_));
   }
   if (!method_->arguments[*at].isInput()) refuse(method_->arguments[*at], "is a result and cannot be given");
@@ -291,8 +311,7 @@ void Request::set(const Argument& argument, Value value) {
 void Request::checkComplete() const {
   for (std::size_t i = 0; i < values_.size(); ++i) {
     const Argument& argument = method_->arguments[i];
-    const bool needed = argument.direction == Direction::In && !argument.optional && !isArray(argument.type);
-    if (needed && !given_[i]) refuse(argument, "is missing");
+    if (argument.isNeeded() && !given_[i]) refuse(argument, "is missing");
   }
 }
 

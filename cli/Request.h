@@ -49,6 +49,8 @@ class Request {
   const std::optional<std::string>& id() const { return id_; }
 
  private:
+  void give(const Argument& argument, const nlohmann::json& value);
+
   const Class* class_ = nullptr;
   const Method* method_ = nullptr;
   std::vector<Value> values_;

@@ -1,8 +1,7 @@
 #include "cli/answerJson.h"
 
-#include <nlohmann/json.hpp>
-
 #include "cli/numbers.h"
+#include "cli/text.h"
 #include "zelkova/frame/NoValue.h"
 
 namespace zelkova::cli {
@@ -68,10 +67,6 @@ void appendMessages(std::string& out, const std::vector<std::string>& messages) 
 }
 
 }  // namespace
-
-std::string jsonText(const std::string& text) {
-  return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
-}
 
 void appendJson(std::string& out, const Value& value) {
   std::visit([&](const auto& held) { append(out, held); }, value);

@@ -7,9 +7,6 @@
 
 namespace zelkova::cli {
 
-/// `text` as a JSON string, quotes included.
-std::string jsonText(const std::string& text);
-
 /// A value as JSON: numbers with the shortest digits that read back the same, `NoValue` and arrays that were
 /// never filled as null, tables as arrays of rows.
 void appendJson(std::string& out, const Value& value);

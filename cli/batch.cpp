@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "cli/answerJson.h"
+#include "cli/text.h"
 
 namespace zelkova::cli {
 
@@ -17,13 +18,15 @@ std::string answerLine(Session& session, const std::string& line) {
     request.checkComplete();
     const Answer answer = session.run(request);
     return answerJson(request, answer);
-  } catch (const RequestError& error) {
+  } catch (const std::exception& error) {
+    // A line that takes more memory than there is must not end the batch either.
     return "{" + id + "\"error\": " + jsonText(error.what()) + "}";
   }
 }
 
 void runBatch(Session& session, std::istream& in, std::ostream& out) {
   for (std::string line; out && std::getline(in, line);) out << answerLine(session, line) << std::endl;
+  if (in.bad()) throw RequestError("standard input cannot be read");
 }
 
 }  // namespace zelkova::cli

@@ -110,6 +110,7 @@ std::string listText() {
 std::string listJson() {
   ordered_json list = ordered_json::array();
   for (const Class& subject : Catalogue::get().classes()) list.push_back(summaryJson(subject));
+  list.push_back(summaryJson(Catalogue::get().worksheetFunctions()));
   return list.dump(2) + "\n";
 }
 

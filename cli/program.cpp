@@ -1,8 +1,7 @@
 #include "cli/program.h"
 
 #include <CLI/CLI.hpp>
-#include <fstream>
-#include <iterator>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string_view>
 
@@ -13,6 +12,7 @@
 #include "cli/batch.h"
 #include "cli/describe.h"
 #include "cli/show.h"
+#include "cli/text.h"
 #include "zelkova/frame/numberText.h"
 
 namespace zelkova::cli {
@@ -33,18 +33,16 @@ struct Options {
   int digits = readersDigits;
   bool full = false;
   std::string separator = ",";
+  bool header = false;
   bool noHeader = false;
 };
 
-std::string readAll(std::istream& in) {
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 std::string readRequestText(const std::string& path, std::istream& in) {
-  if (path == "-") return readAll(in);
-  std::ifstream file(path, std::ios::binary);
-  if (!file) throw RequestError(path + ": cannot be opened (an argument of the call is written name=value)");
-  return readAll(file);
+  if (path == "-") return readAll(in, "standard input");
+  if (!std::filesystem::exists(path)) {
+    throw RequestError(path + ": there is no such file (an argument of the call is written name=value)");
+  }
+  return readFile(path);
 }
 
 /// Takes over the request that stands in a file, which may leave out what the command line says.
@@ -52,10 +50,23 @@ void readRequestFile(Request& request, const std::string& path, std::istream& in
   nlohmann::json json = parseJson(readRequestText(path, in), path == "-" ? "the request" : path);
   if (!json.is_object()) throw RequestError(path + ": a request is a JSON object");
   if (!json.contains("call")) json["call"] = request.name();
-  if (json["call"] != request.name()) {
-    throw RequestError(path + ": calls " + json["call"].dump() + ", not \"" + request.name() + "\"");
+  if (json["call"] != request.name() && json["call"].is_string()) {
+    throw RequestError(path + ": calls " + inQuotes(json["call"].get_ref<const std::string&>()) + ", not " +
+                       inQuotes(request.name()));
   }
   request = Request::fromJson(json);
+}
+
+CsvStyle csvStyle(const Options& options) {
+  CsvStyle style;
+  const std::string& separator = options.separator;
+  if (separator.size() != 1 || separator.find_first_of("\"\r\n") != std::string::npos) {
+    throw RequestError("--separator: needs one character that is neither a quote nor a line end");
+  }
+  style.separator = separator.front();
+  if (options.noHeader) style.firstRow = CsvStyle::FirstRow::Data;
+  if (options.header) style.firstRow = CsvStyle::FirstRow::Names;
+  return style;
 }
 
 Request readCall(const Options& options, std::istream& in) {
@@ -74,8 +85,7 @@ Request readCall(const Options& options, std::istream& in) {
   }
   if (file != nullptr) readRequestFile(request, *file, in);
 
-  if (options.separator.size() != 1) throw RequestError("--separator: must be one character");
-  CsvFiles files({options.separator.front(), !options.noHeader});
+  CsvFiles files(csvStyle(options));
   for (const std::string_view word : assignments) {
     const std::size_t equals = word.find('=');
     const Argument& argument = request.claim(trimmed(word.substr(0, equals)));
@@ -140,7 +150,7 @@ int runProgram(const std::vector<std::string>& arguments, std::istream& in, std:
   describeCommand->add_option("CLASS[.METHOD]", options.target)->required();
   for (CLI::App* command : {listCommand, describeCommand}) {
     command->add_flag("--json", options.json, "Print JSON");
-    command->add_flag("--markdown", options.markdown, "Print a page of the reference");
+    command->add_flag("--markdown", options.markdown, "Print a page of the reference")->excludes("--json");
   }
 
   CLI::App* callCommand = app.add_subcommand(
@@ -156,17 +166,23 @@ int runProgram(const std::vector<std::string>& arguments, std::istream& in, std:
   callCommand->add_option("--digits", options.digits, "Significant digits of the numbers printed")
       ->check(CLI::Range(1, 17))
       ->capture_default_str();
-  callCommand->add_flag("--full", options.full, "Print every digit that matters");
+  callCommand->add_flag("--full", options.full, "Print every digit that matters")->excludes("--digits");
   callCommand->add_option("--separator", options.separator, "What stands between the cells of a CSV file")
       ->capture_default_str();
-  callCommand->add_flag("--no-header", options.noHeader, "The first row of a CSV file is data");
+  callCommand->add_flag("--header", options.header,
+                        "The first row of a CSV file names the columns, even by numbers");
+  callCommand->add_flag("--no-header", options.noHeader, "The first row of a CSV file is data")
+      ->excludes("--header");
 
   CLI::App* batchCommand = app.add_subcommand("batch", "Answer requests: JSON lines in, JSON lines out");
 
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::ParseError& error) {
-    return app.exit(error, out, err) == 0 ? success : badRequest;
+    // Help and version are exceptions to this library too.
+    if (error.get_exit_code() == 0) return app.exit(error, out, err);
+    err << "zelkova: " << error.what() << "\n";
+    return badRequest;
   }
 
   try {
@@ -180,7 +196,7 @@ int runProgram(const std::vector<std::string>& arguments, std::istream& in, std:
     } else {
       list(options, out);
     }
-  } catch (const RequestError& error) {
+  } catch (const std::exception& error) {
     err << "zelkova: " << error.what() << "\n";
     return badRequest;
   }
