@@ -2,9 +2,9 @@
 
 PREFIX ?= /usr/local
 
-.PHONY: run test bench docs format install build packages sanitizers lint format-check
+.PHONY: run test bench docs format install program build packages sanitizers lint format-check
 
-run: build
+run: program
 	examples/first_study.sh build/release/bin/zelkova
 
 test: build
@@ -20,8 +20,12 @@ docs: build
 	for class in $$(build/release/bin/zelkova list | cut -d ' ' -f 1); do \
 	  build/release/bin/zelkova describe $$class --markdown > docs/reference/$$class.md; done
 
-install: build
+install: program
 	cmake --install build/release --prefix $(PREFIX)
+
+program: packages
+	cmake --preset release
+	cmake --build --preset release --target zelkova_program
 
 build: packages
 	cmake --preset release

@@ -38,6 +38,12 @@ bool isBlank(std::string_view line, char separator) {
   return line.find(separator) == std::string_view::npos && trimmed(line).empty();
 }
 
+/// A question for whoever reads a file with the wrong separator.
+std::string separatorHint(const std::vector<std::string>& firstRow) {
+  if (firstRow.size() != 1 || firstRow.front().find_first_of(";\t") == std::string::npos) return {};
+  return "; is the separator another one? (--separator)";
+}
+
 std::optional<std::size_t> columnNumber(std::string_view text) {
   std::size_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -120,11 +126,19 @@ Csv Csv::read(const std::string& path, const CsvStyle& style) {
   csv.path_ = path;
   auto& rows = reading.rows;
   if (rows.empty()) throw RequestError(path + ": has no rows");
+  const auto isBlankRow = [](const std::vector<std::string>& row) {
+    return std::all_of(row.begin(), row.end(), [](const std::string& cell) { return trimmed(cell).empty(); });
+  };
+  // Spreadsheets write rows of blank cells below the data.
+  while (rows.size() > 1 && isBlankRow(rows.back())) {
+    rows.pop_back();
+    reading.lines.pop_back();
+  }
   const std::size_t width = rows.front().size();
   for (std::size_t i = 0; i < rows.size(); ++i) {
     if (rows[i].size() != width) {
       fail(reading.lines[i], "has " + std::to_string(rows[i].size()) + " cells where the first row has " +
-                                 std::to_string(width));
+                                 std::to_string(width) + separatorHint(rows.front()));
     }
   }
   const bool named = style.firstRow != CsvStyle::FirstRow::Data;
@@ -147,7 +161,7 @@ Csv Csv::read(const std::string& path, const CsvStyle& style) {
 }
 
 std::string Csv::columnName(std::size_t column) const {
-  return names_.empty() ? std::to_string(column + 1) : inQuotes(names_[column]);
+  return names_.empty() || names_[column].empty() ? std::to_string(column + 1) : inQuotes(names_[column]);
 }
 
 std::size_t Csv::findColumn(std::string_view selection) const {
@@ -164,7 +178,8 @@ std::size_t Csv::findColumn(std::string_view selection) const {
     known += (j == 0 ? "" : ", ") + columnName(j);
   }
   if (columns_.size() > mostNames) known += ", ...";
-  throw RequestError(path_ + ": has no column " + inQuotes(selection) + "; it has " + known);
+  throw RequestError(path_ + ": has no column " + inQuotes(selection) + "; it has " + known +
+                     separatorHint(names_));
 }
 
 double Csv::number(std::size_t column, std::size_t row) const {

@@ -17,10 +17,19 @@ using nlohmann::json;
 
 namespace {
 
+/// "; did you mean X?" where one of `known` is `name` in another case.
+template <class Known>
+std::string suggestion(std::string_view name, const Known& known) {
+  for (const auto& entry : known) {
+    if (sameIgnoringCase(entry.name, name)) return "; did you mean " + entry.name + "?";
+  }
+  return {};
+}
+
 const Method& findMethod(const Class& target, std::string_view name) {
   if (const Method* found = target.find(name)) return *found;
-  throw RequestError(target.name + " has no method " + inQuotes(name) + "; \"zelkova describe " +
-                     target.name + "\" names them");
+  throw RequestError(target.name + " has no method " + inQuotes(name) + suggestion(name, target.methods) +
+                     "; \"zelkova describe " + target.name + "\" names them");
 }
 
 std::string inputNames(const Method& method) {
@@ -137,7 +146,11 @@ const Class& findClass(std::string_view name) {
   const Catalogue& catalogue = Catalogue::get();
   if (name == catalogue.worksheetFunctions().name) return catalogue.worksheetFunctions();
   if (const Class* found = catalogue.find(name)) return *found;
-  throw RequestError("there is no class " + inQuotes(name) + "; \"zelkova list\" names them");
+  std::string meant = suggestion(name, catalogue.classes());
+  if (catalogue.worksheetFunctions().find(name) != nullptr) {
+    meant = "; did you mean WorksheetFunction." + std::string(name) + "?";
+  }
+  throw RequestError("there is no class " + inQuotes(name) + meant + "; \"zelkova list\" names them");
 }
 
 void refuse(const Argument& argument, const std::string& why) {
@@ -294,8 +307,8 @@ void Request::give(const Argument& argument, const json& value) {
 const Argument& Request::claim(std::string_view argument) {
   const std::optional<std::size_t> at = method_->find(argument);
   if (!at) {
-    throw RequestError(name() + " has no argument " + inQuotes(argument) + "; it takes " +
-                       inputNames(*method_));
+    throw RequestError(name() + " has no argument " + inQuotes(argument) +
+                       suggestion(argument, method_->arguments) + "; it takes " + inputNames(*method_));
   }
   if (!method_->arguments[*at].isInput()) refuse(method_->arguments[*at], "is a result and cannot be given");
   if (given_[*at]) refuse(method_->arguments[*at], "is given twice");

@@ -6,12 +6,14 @@
 
 #include "cli/answerJson.h"
 #include "cli/text.h"
+#include "zelkova/frame/numberText.h"
 
 namespace zelkova::cli {
 
 std::string answerLine(Session& session, const std::string& line) {
   std::string id;
   try {
+    if (trimmed(line).empty()) throw RequestError("the line is blank");
     const nlohmann::json json = parseJson(line, "the line");
     if (json.is_object() && json.contains("id")) id = "\"id\": " + json["id"].dump() + ", ";
     Request request = Request::fromJson(json);

@@ -6,6 +6,7 @@
 
 #include "cli/Columns.h"
 #include "cli/answerJson.h"
+#include "cli/text.h"
 
 namespace zelkova::cli {
 
@@ -34,11 +35,16 @@ std::string defaultText(const Argument& argument) {
 }
 
 std::string helpText(const Argument& argument) {
-  return argument.help + (argument.optional ? " (optional, default " + defaultText(argument) + ")" : "");
+  std::string choices;
+  for (const std::string& choice : argument.choices)
+    choices += (choices.empty() ? ": " : ", ") + inQuotes(choice);
+  return argument.help + choices +
+         (argument.optional ? " (optional, default " + defaultText(argument) + ")" : "");
 }
 
 std::string bindingText(const Class& subject) {
-  return subject.binds ? "Needs a running host at creation." : "Needs no host at creation.";
+  return subject.binds ? "Needs a running host at creation; the program brings its own."
+                       : "Needs no host at creation.";
 }
 
 ordered_json asJson(const Method& method) {
@@ -49,6 +55,7 @@ ordered_json asJson(const Method& method) {
                           {"type", typeInWords(argument)},
                           {"help", argument.help}};
     if (argument.optional) entry["default"] = ordered_json::parse(defaultText(argument));
+    if (!argument.choices.empty()) entry["choices"] = argument.choices;
     if (!argument.slots.empty()) entry["slots"] = argument.slots;
     arguments.push_back(entry);
   }
@@ -116,9 +123,8 @@ std::string listJson() {
 
 std::string listMarkdown() {
   std::string page =
-      "# Reference\n\nOne page a class, made from the same catalogue that the program and the component "
-      "server are "
-      "made from.\n\n| Class | What it offers | Methods |\n|---|---|---|\n";
+      "# Reference\n\nOne page a class, made from the catalogue that the program is made from.\n\n| Class | "
+      "What it offers | Methods |\n|---|---|---|\n";
   const auto row = [&](const Class& subject) {
     page += "| [" + subject.name + "](" + subject.name + ".md) | " + subject.help + " | " +
             std::to_string(subject.methods.size()) + " |\n";

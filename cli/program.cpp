@@ -1,6 +1,7 @@
 #include "cli/program.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string_view>
@@ -59,7 +60,7 @@ void readRequestFile(Request& request, const std::string& path, std::istream& in
 
 CsvStyle csvStyle(const Options& options) {
   CsvStyle style;
-  const std::string& separator = options.separator;
+  const std::string separator = options.separator == "tab" ? "\t" : options.separator;
   if (separator.size() != 1 || separator.find_first_of("\"\r\n") != std::string::npos) {
     throw RequestError("--separator: needs one character that is neither a quote nor a line end");
   }
@@ -102,8 +103,24 @@ Request readCall(const Options& options, std::istream& in) {
   return request;
 }
 
+/// A text that is none of an option's choices is no failure, but hardly what its writer meant.
+void warnOfTexts(const Request& request, std::ostream& err) {
+  for (std::size_t i = 0; i < request.values().size(); ++i) {
+    const Argument& argument = request.method().arguments[i];
+    const auto* text = std::get_if<std::string>(&request.values()[i]);
+    if (argument.choices.empty() || text == nullptr) continue;
+    if (std::find(argument.choices.begin(), argument.choices.end(), *text) != argument.choices.end())
+      continue;
+    err << "zelkova: warning: " << argument.name << " is " << inQuotes(*text)
+        << ", which is none of its choices:";
+    for (const std::string& choice : argument.choices) err << " " << inQuotes(choice);
+    err << "\n";
+  }
+}
+
 int call(const Options& options, std::istream& in, std::ostream& out, std::ostream& err) {
   Request request = readCall(options, in);
+  warnOfTexts(request, err);
   Session session;
   const Answer answer = session.run(request);
   if (options.json) {
@@ -167,7 +184,8 @@ int runProgram(const std::vector<std::string>& arguments, std::istream& in, std:
       ->check(CLI::Range(1, 17))
       ->capture_default_str();
   callCommand->add_flag("--full", options.full, "Print every digit that matters")->excludes("--digits");
-  callCommand->add_option("--separator", options.separator, "What stands between the cells of a CSV file")
+  callCommand
+      ->add_option("--separator", options.separator, "What stands between the cells of a CSV file, or tab")
       ->capture_default_str();
   callCommand->add_flag("--header", options.header,
                         "The first row of a CSV file names the columns, even by numbers");
@@ -176,6 +194,17 @@ int runProgram(const std::vector<std::string>& arguments, std::istream& in, std:
 
   CLI::App* batchCommand = app.add_subcommand("batch", "Answer requests: JSON lines in, JSON lines out");
 
+  if (arguments.empty()) {
+    err << app.help();
+    return badRequest;
+  }
+  const std::string& first = arguments.front();
+  const std::vector<CLI::App*> commands = {listCommand, describeCommand, callCommand, batchCommand};
+  const auto isFirst = [&](const CLI::App* command) { return command->get_name() == first; };
+  if (!first.starts_with('-') && std::none_of(commands.begin(), commands.end(), isFirst)) {
+    err << "zelkova: there is no subcommand " << inQuotes(first) << "; \"zelkova --help\" names them\n";
+    return badRequest;
+  }
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::ParseError& error) {

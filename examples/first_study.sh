@@ -4,28 +4,29 @@
 #
 # Usage: first_study.sh [path of the program]
 set -euo pipefail
-zelkova=$(realpath "${1:-build/release/bin/zelkova}")
-cd "$(dirname "$0")"
+here=$(cd "$(dirname "$0")" && pwd)
+zelkova=$(realpath "$(command -v "${1:-$here/../build/release/bin/zelkova}")")
+cd "$here"
 
 heading() { printf '\n== %s\n\n' "$1"; }
 
-heading "The summary of all 100 measurements, km/s"
-"$zelkova" call yDStat.DesStatOutput dy=@michelson.csv:speed
+heading "The summary of all 100 measurements, km/s, with limits of 95 percent confidence"
+"$zelkova" call yDStat.DesStatOutput dy=@michelson.csv:speed --digits 8
 
 heading "Is their mean 299734.5, the value now known? (one-sample t test)"
 "$zelkova" call yHTest.OneTOutput dy=@michelson.csv:speed TestMean=299734.5 CLevel=0.95 TestType="Not equals" --digits 8
 
-heading "The same if the standard deviation of the method were known to be 80 (one-sample z test)"
-"$zelkova" call yHTest.OneZOutput dy=@michelson.csv:speed Sigma=80 TestMean=299734.5 CLevel=0.95 \
+heading "Did the last series lie off the mean of all, if the method's standard deviation is 80? (one-sample z test)"
+"$zelkova" call yHTest.OneZOutput dy=@michelson_by_series.csv:series5 Sigma=80 TestMean=299852.4 CLevel=0.95 \
   TestType="Not equals" --digits 8
 
 heading "Was the first series higher than the last? (two-sample t test, Welch)"
 "$zelkova" call yHTest.TwoTOutput dy1=@michelson_by_series.csv:series1 dy2=@michelson_by_series.csv:series5 \
-  TestMeanD=0 CLevel=0.95 TestType="Greater than" EqualVariance=false
+  TestMeanD=0 CLevel=0.95 TestType="Greater than" EqualVariance=false --digits 8
 
 heading "The same from printed summaries, as in a report that gives no data"
 "$zelkova" call yHTest.TwoTOutput_S dMean1=299909 dSD1=104.926 dn1=20 dMean2=299831.5 dSD2=54.2193 dn2=20 \
-  TestMeanD=0 CLevel=0.95 TestType="Greater than" EqualVariance=false
+  TestMeanD=0 CLevel=0.95 TestType="Greater than" EqualVariance=false --digits 8
 
 heading "Two sleeping drugs, ten patients, each under both (paired t test, Student's own example)"
 "$zelkova" call yHTest.PairedTOutput dy1=@sleep.csv:laevo dy2=@sleep.csv:dextro \

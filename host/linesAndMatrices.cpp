@@ -124,7 +124,7 @@ Regression readRegression(const DoubleArray& knownY, const DoubleArray& knownX) 
   if (columnsY == 1 && rowsX == rowsY) {
     for (Index j = 0; j < columnsX; ++j) {
       const auto first = elements.begin() + j * rowsX;
-      data.x.push_back(std::vector<double>(first, first + rowsX));
+      data.x.emplace_back(first, first + rowsX);
     }
   } else if (rowsY == 1 && columnsX == columnsY) {
     for (Index i = 1; i <= rowsX; ++i) {
@@ -133,7 +133,7 @@ Regression readRegression(const DoubleArray& knownY, const DoubleArray& knownX) 
       data.x.push_back(std::move(variable));
     }
   } else if (rowsX == rowsY && columnsX == columnsY) {
-    data.x.push_back(std::vector<double>(elements.begin(), elements.end()));
+    data.x.emplace_back(elements.begin(), elements.end());
   } else {
     require(false, "LinEst: knownY and knownX must be of the same length");
   }

@@ -141,7 +141,7 @@ TEST(Call, RefusesWhatItCannotRead) {
   const TemporaryFile quote("x\n\"1\n2\n");
   const TemporaryFile latin("name\n\xE4\n");
   const TemporaryFile comma("x;y\n1,5;2\n");
-  const TemporaryFile tabs("x\ty\n1\t2\n\t\n");
+  const TemporaryFile tabs("x\ty\n1\t2\n\t\n3\t4\n");
   const TemporaryFile carriageReturns("x\r1\r\r2\r");
   const TemporaryFile lineEnd("x\n\"a\nb\"\n");
   const TemporaryFile bad("{\"call\": \"yHTest.OneTOutput\", ");
@@ -151,6 +151,10 @@ TEST(Call, RefusesWhatItCannotRead) {
     const char* culprit;
   } cases[] = {
       {{"yNone.OneTOutput"}, "yNone"},
+      {{"yhtest.OneTOutput"}, "did you mean yHTest?"},
+      {{"TInv.x"}, "did you mean WorksheetFunction.TInv?"},
+      {{"yHTest.OneTOutput", "testmean=5"}, "did you mean TestMean?"},
+      {{"yHTest.OneTOutput", "dy=@" + comma.path() + ":x"}, "--separator"},
       {{"yHTest"}, "CLASS.METHOD"},
       {{"yHTest.oneToutput"}, "oneToutput"},
       {{"yHTest.OneTOutput", "TestMaen=5"}, "TestMaen"},
@@ -298,10 +302,19 @@ TEST(Call, PrintsForAReader) {
   EXPECT_NE(run(full).out.find("0.707\n"), std::string::npos);
 }
 
+// Fault: an option text that decides nothing, and nobody notices that the p-value of 0 means nothing.
+TEST(Call, WarnsOfATextThatIsNoChoice) {
+  const Outcome outcome =
+      run({"call", "yHTest.OneTOutput", "dy=1,2,3.5,4", "TestMean=2", "CLevel=0.95", "TestType=not equals"});
+  EXPECT_EQ(outcome.code, 0);
+  EXPECT_NE(outcome.out.find("10  PValue    0\n"), std::string::npos) << outcome.out;
+  EXPECT_NE(outcome.err.find("warning: TestType is \"not equals\""), std::string::npos) << outcome.err;
+}
+
 // Fault: a method's failure that exits 0 or 2, or prints a part of a result.
 TEST(Call, ExitsWithOneWhereTheMethodFails) {
   const std::vector<std::string> words = {"call",       "yHTest.OneTOutput", "dy=2,2",
-                                          "TestMean=0", "CLevel=0.95",       "TestType="};
+                                          "TestMean=0", "CLevel=0.95",       "TestType=Less than"};
   const Outcome outcome = run(words);
   EXPECT_EQ(outcome.code, 1);
   EXPECT_EQ(outcome.out, "");
@@ -336,6 +349,7 @@ TEST(Describe, SpeaksTextAndJson) {
   EXPECT_EQ(method["arguments"][6]["slots"][12], "DF");
   EXPECT_NE(run({"describe", "yDStat.DesStatOutput"}).out.find("  17  MedianUpper"), std::string::npos);
   EXPECT_EQ(run({"describe", "yNone"}).code, 2);
+  EXPECT_NE(run({"no-such-command"}).err.find("no-such-command"), std::string::npos);
   EXPECT_EQ(run({"no-such-command"}).code, 2);
   EXPECT_EQ(run({}).code, 2);
   EXPECT_EQ(run({"--help"}).code, 0);

@@ -15,7 +15,7 @@ cmake --build "$work/build"
 pkgconfig=$(dirname "$(find "$work/prefix" -name zelkova.pc)")
 export PKG_CONFIG_PATH=$pkgconfig
 # shellcheck disable=SC2046
-g++ -std=c++20 "$here/main.cpp" -o "$work/outside" $(pkg-config --define-prefix --cflags --libs zelkova)
+g++ -std=c++20 "$here/main.cpp" -o "$work/outside" $(pkg-config --cflags --libs zelkova)
 "$work/outside"
 
 "$work/prefix/bin/zelkova" list

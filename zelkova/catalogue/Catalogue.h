@@ -44,7 +44,8 @@ struct Argument {
   Shape shape = Shape::Vector;
   bool optional = false;
   Value defaultValue;
-  std::vector<std::string> slots;  ///< names of a fixed vector's slots or of a fixed table's columns
+  std::vector<std::string> choices;  ///< the option texts that mean something, where it takes one of a few
+  std::vector<std::string> slots;    ///< names of a fixed vector's slots or of a fixed table's columns
 
   bool isInput() const { return direction != Direction::Out; }
   bool isOutput() const { return direction != Direction::In; }

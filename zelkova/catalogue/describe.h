@@ -26,6 +26,12 @@ class ArgumentNote {
   /// The slots of a fixed vector or the columns of a fixed table: the `names` of a ZELKOVA_SLOTS.
   ArgumentNote& slots(std::string_view names);
 
+  /// The option texts that a text argument may be; they are compared exactly.
+  ArgumentNote& choices(std::vector<std::string> texts) {
+    argument_.choices = std::move(texts);
+    return *this;
+  }
+
   /// An array argument that is a table, or may be either; without these it is a vector.
   ArgumentNote& table() { return shape(Shape::Table); }
   ArgumentNote& vectorOrTable() { return shape(Shape::VectorOrTable); }

@@ -1,5 +1,6 @@
 #include "zelkova/catalogue/describe.h"
 #include "zelkova/catalogue/subjects.h"
+#include "zelkova/frame/TestType.h"
 #include "zelkova/hypothesis/yHTest.h"
 
 namespace zelkova {
@@ -8,14 +9,19 @@ void describeHypothesis(std::vector<Class>& classes) {
   using Note = ArgumentNote;
 
   const Note confidence("CLevel", "confidence of the limits as a fraction, such as 0.95");
-  const Note alternative("TestType", "the alternative: \"Less than\", \"Greater than\" or \"Not equals\"");
+  Note alternative("TestType", "the alternative");
+  alternative.choices({std::string(TestType::LessThan), std::string(TestType::GreaterThan),
+                       std::string(TestType::NotEquals)});
   const Note testMean("TestMean", "the tested mean");
   const Note testDifference("TestMeanD", "the tested difference of the means");
   const Note sigma("Sigma", "the known standard deviation, above 0");
   const Note equalVariance("EqualVariance",
                            "true pools the variances; false takes Welch's degrees of freedom");
 
-  const char* const openLimit = "The limit that a one-sided alternative does not produce is 0.";
+  const char* const openLimit =
+      "The limit that a one-sided alternative does not produce is 0. A text that is no alternative, a wrong "
+      "case "
+      "included, decides nothing: p-value and both limits are 0.";
 
   classes.push_back(
       Description<yHTest>("yHTest", "Hypothesis tests")
@@ -53,6 +59,9 @@ void describeHypothesis(std::vector<Class>& classes) {
                   testDifference, confidence, alternative, Note("PTValue", "the test").slots(PairedT::names),
                   Note("Difference", "first less second value, pair by pair"))
           .note(openLimit)
+          .note("There are as many pairs as dy1 has values. A longer dy2 is not refused: its further values "
+                "count in its "
+                "own mean and standard deviation only.")
           .note("Differences that are all equal leave limits, t and p-value without a value.")
           .done());
 }

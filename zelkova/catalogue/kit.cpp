@@ -12,9 +12,9 @@ void describeKit(std::vector<Class>& classes) {
                   "Summary of one column of data with 95 percent limits",
                   Note("dy", "the data, two values or more"),
                   Note("DSO", "the summary").slots(DescriptiveStatistics::names))
-          .note("Quartiles between two values always take a quarter of the way in from the outer one "
-                "(weights 0.75 "
-                "for Q1 and 0.25 for Q3), whatever the fraction of (n + 1)/4.")
+          .note("A quartile between two values always lies three quarters of the way from the outer to the "
+                "inner one, "
+                "whatever the fraction of (n + 1)/4: the weight is 0.75 for Q1 and 0.25 for Q3.")
           .note("The limits of the median come from non-linear interpolation between order statistics.")
           .done());
 }

@@ -85,7 +85,11 @@ Class describeWorksheetFunctions() {
           .method("LinEst", &WF::LinEst,
                   "Least squares: coefficients in reverse order, and their statistics below", knownY,
                   Note("knownX", "the predictors, one a column").vectorOrTable(),
-                  Note("constant", "true fits a constant"), Note("stats", "true gives all five rows"))
+                  Note("constant", "true fits a constant"),
+                  Note("stats",
+                       "true gives five rows: coefficients; their standard errors; R squared and that of y; "
+                       "F and degrees "
+                       "of freedom; sums of squares of regression and residuals"))
           .method("MInverse", &WF::MInverse, "Inverse of a square matrix",
                   Note("matrix", "the matrix").table())
           .done();
