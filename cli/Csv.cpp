@@ -6,6 +6,7 @@
 #include <charconv>
 #include <filesystem>
 #include <memory>
+#include <new>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <utility>
@@ -61,102 +62,115 @@ std::optional<std::pair<std::size_t, std::size_t>> columnSpan(std::string_view t
   return std::pair{*first, *last};
 }
 
-}  // namespace
+[[noreturn]] void fail(const std::string& path, std::size_t line, const std::string& why) {
+  throw RequestError(path + ": line " + std::to_string(line) + " " + why);
+}
 
-/// What the parser's callbacks fill.
-struct Csv::Reading {
-  std::vector<std::vector<std::string>> rows;
+/// The rows of a file and the lines on which they begin; what the parser's callbacks fill.
+struct Rows {
+  std::vector<std::vector<std::string>> cells;
   std::vector<std::size_t> lines;
-  std::vector<std::string> row;
-  std::size_t rowLine = 0;  ///< where the row that is being read begins, 0 between rows
+  std::vector<std::string> current;
+  std::size_t currentLine = 0;  ///< where the row that is being read begins, 0 between rows
 
   static void field(void* text, std::size_t length, void* self) {
-    static_cast<Reading*>(self)->row.emplace_back(static_cast<const char*>(text), length);
+    static_cast<Rows*>(self)->current.emplace_back(static_cast<const char*>(text), length);
   }
   static void endOfRow(int, void* self) {
-    auto& reading = *static_cast<Reading*>(self);
-    reading.rows.push_back(std::exchange(reading.row, {}));
-    reading.lines.push_back(std::exchange(reading.rowLine, 0));
+    auto& rows = *static_cast<Rows*>(self);
+    rows.cells.push_back(std::exchange(rows.current, {}));
+    rows.lines.push_back(std::exchange(rows.currentLine, 0));
   }
 };
 
-Csv Csv::read(const std::string& path, const CsvStyle& style) {
+Rows readRows(const std::string& path, char separator) {
   const std::string content = readFile(path);
-  if (content.empty()) throw RequestError(path + ": is empty");
   std::string_view text = content;
   if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
 
   csv_parser parser;
-  if (csv_init(&parser, CSV_STRICT | CSV_STRICT_FINI) != 0) throw RequestError(path + ": out of memory");
+  if (csv_init(&parser, CSV_STRICT | CSV_STRICT_FINI) != 0) throw std::bad_alloc();
   const std::unique_ptr<csv_parser, decltype(&csv_free)> owner(&parser, csv_free);
-  csv_set_delim(&parser, static_cast<unsigned char>(style.separator));
+  csv_set_delim(&parser, static_cast<unsigned char>(separator));
 
-  Reading reading;
-  const auto fail = [&](std::size_t line, const std::string& why) {
-    throw RequestError(path + ": line " + std::to_string(line) + " " + why);
-  };
+  Rows rows;
   std::size_t line = 0;
   std::size_t blankLine = 0;
   while (!text.empty()) {
     ++line;
-    const std::size_t length = lineLength(text);
-    const std::string_view piece = text.substr(0, length);
-    text.remove_prefix(length);
-    if (reading.rowLine == 0) {
+    const std::string_view piece = text.substr(0, lineLength(text));
+    text.remove_prefix(piece.size());
+    if (rows.currentLine == 0) {
       // The parser passes over blank lines, but in a column a blank line may be a lost value.
-      if (isBlank(piece, style.separator)) {
+      if (isBlank(piece, separator)) {
         if (blankLine == 0) blankLine = line;
         continue;
       }
-      if (blankLine != 0) fail(blankLine, "is blank");
-      reading.rowLine = line;
+      if (blankLine != 0) fail(path, blankLine, "is blank");
+      rows.currentLine = line;
     }
-    if (!isUtf8(piece)) fail(line, "is not UTF-8");
-    if (csv_parse(&parser, piece.data(), piece.size(), Reading::field, Reading::endOfRow, &reading) !=
-        piece.size()) {
-      fail(line, "has a quote that is out of place");
+    if (!isUtf8(piece)) fail(path, line, "is not UTF-8");
+    if (csv_parse(&parser, piece.data(), piece.size(), Rows::field, Rows::endOfRow, &rows) != piece.size()) {
+      fail(path, line, "has a quote that is out of place");
     }
   }
-  const std::size_t lastLine = reading.rowLine;
-  if (csv_fini(&parser, Reading::field, Reading::endOfRow, &reading) != 0) {
-    fail(lastLine, "opens a quote that is never closed");
+  const std::size_t lastLine = rows.currentLine;
+  if (csv_fini(&parser, Rows::field, Rows::endOfRow, &rows) != 0) {
+    fail(path, lastLine, "opens a quote that is never closed");
   }
+  if (rows.cells.empty()) throw RequestError(path + ": is empty");
+  return rows;
+}
 
-  Csv csv;
-  csv.path_ = path;
-  auto& rows = reading.rows;
-  if (rows.empty()) throw RequestError(path + ": has no rows");
+/// Spreadsheets write rows of blank cells below the data.
+void dropBlankEnd(Rows& rows) {
   const auto isBlankRow = [](const std::vector<std::string>& row) {
     return std::all_of(row.begin(), row.end(), [](const std::string& cell) { return trimmed(cell).empty(); });
   };
-  // Spreadsheets write rows of blank cells below the data.
-  while (rows.size() > 1 && isBlankRow(rows.back())) {
-    rows.pop_back();
-    reading.lines.pop_back();
+  while (rows.cells.size() > 1 && isBlankRow(rows.cells.back())) {
+    rows.cells.pop_back();
+    rows.lines.pop_back();
   }
-  const std::size_t width = rows.front().size();
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    if (rows[i].size() != width) {
-      fail(reading.lines[i], "has " + std::to_string(rows[i].size()) + " cells where the first row has " +
-                                 std::to_string(width) + separatorHint(rows.front()));
-    }
+}
+
+void checkWidths(const std::string& path, const Rows& rows) {
+  const std::vector<std::string>& first = rows.cells.front();
+  for (std::size_t i = 0; i < rows.cells.size(); ++i) {
+    if (rows.cells[i].size() == first.size()) continue;
+    fail(path, rows.lines[i],
+         "has " + std::to_string(rows.cells[i].size()) + " cells where the first row has " +
+             std::to_string(first.size()) + separatorHint(first));
   }
-  const bool named = style.firstRow != CsvStyle::FirstRow::Data;
-  if (named) {
-    csv.names_ = std::move(rows.front());
-    if (style.firstRow == CsvStyle::FirstRow::NamesUnlessNumbers &&
-        std::all_of(csv.names_.begin(), csv.names_.end(), [](const auto& name) { return numberOf(name); })) {
-      fail(reading.lines.front(),
+}
+
+}  // namespace
+
+Csv Csv::read(const std::string& path, const CsvStyle& style) {
+  Rows rows = readRows(path, style.separator);
+  dropBlankEnd(rows);
+  checkWidths(path, rows);
+
+  Csv csv;
+  csv.path_ = path;
+  std::size_t firstRow = 0;
+  if (style.firstRow != CsvStyle::FirstRow::Data) {
+    csv.names_ = rows.cells.front();
+    firstRow = 1;
+    const bool isAmbiguous = std::all_of(csv.names_.begin(), csv.names_.end(),
+                                         [](const std::string& name) { return numberOf(name).has_value(); });
+    if (isAmbiguous && style.firstRow == CsvStyle::FirstRow::NamesUnlessNumbers) {
+      fail(path, rows.lines.front(),
            "holds numbers only: say whether they are data (--no-header) or names (--header)");
     }
   }
-  const std::size_t firstRow = named ? 1 : 0;
-  csv.columns_.resize(width);
-  for (std::size_t j = 0; j < width; ++j) {
-    csv.columns_[j].reserve(rows.size());
-    for (std::size_t i = firstRow; i < rows.size(); ++i) csv.columns_[j].push_back(std::move(rows[i][j]));
+  csv.columns_.resize(rows.cells.front().size());
+  for (std::size_t j = 0; j < csv.columns_.size(); ++j) {
+    csv.columns_[j].reserve(rows.cells.size());
+    for (std::size_t i = firstRow; i < rows.cells.size(); ++i) {
+      csv.columns_[j].push_back(std::move(rows.cells[i][j]));
+    }
   }
-  csv.lines_.assign(reading.lines.begin() + static_cast<std::ptrdiff_t>(firstRow), reading.lines.end());
+  csv.lines_.assign(rows.lines.begin() + static_cast<std::ptrdiff_t>(firstRow), rows.lines.end());
   return csv;
 }
 

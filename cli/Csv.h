@@ -14,8 +14,9 @@ struct CsvStyle {
   enum class FirstRow { Names, Data, NamesUnlessNumbers };
 
   char separator = ',';
-  FirstRow firstRow =
-      FirstRow::NamesUnlessNumbers;  ///< a row of nothing but numbers may be either: it is refused
+
+  /// A first row of nothing but numbers may be either, so it is refused unless the user says what it is.
+  FirstRow firstRow = FirstRow::NamesUnlessNumbers;
 };
 
 /// A file of separated values, read whole: quoted fields, UTF-8 with or without a mark, any line end.
@@ -23,6 +24,7 @@ class Csv {
  public:
   /// RequestError, with the line's number, for a file that cannot be read or is malformed: an open quote, a
   /// row with more or fewer cells than the first, a blank line among the rows, a text that is not UTF-8.
+  /// Blank lines and rows of blank cells at the end are passed over.
   static Csv read(const std::string& path, const CsvStyle& style);
 
   /// The columns that `selection` names, as a value for `argument`: "length", "3" (a column by its number,
@@ -31,8 +33,6 @@ class Csv {
   Value select(const Argument& argument, std::string_view selection) const;
 
  private:
-  struct Reading;
-
   std::size_t findColumn(std::string_view selection) const;
   double number(std::size_t column, std::size_t row) const;
   Variant mixed(std::size_t column, std::size_t row) const;
