@@ -290,6 +290,10 @@ void Request::setArguments(const json& arguments) {
   for (const Argument& argument : method_->arguments) {
     if (value == arguments.end()) return;
     if (!argument.isInput()) continue;
+    if (argument.spread && !value->is_array() && !value->is_null()) {
+      give(claim(argument.name), json(json::array_t(value, arguments.end())));
+      return;
+    }
     give(claim(argument.name), *value);
     ++value;
   }

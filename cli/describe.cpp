@@ -38,7 +38,8 @@ std::string helpText(const Argument& argument) {
   std::string choices;
   for (const std::string& choice : argument.choices)
     choices += (choices.empty() ? ": " : ", ") + inQuotes(choice);
-  return argument.help + choices +
+  const std::string spread = argument.spread ? " (by position they may also be passed one by one)" : "";
+  return argument.help + choices + spread +
          (argument.optional ? " (optional, default " + defaultText(argument) + ")" : "");
 }
 

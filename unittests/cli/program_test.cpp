@@ -125,6 +125,11 @@ TEST(Batch, ConvertsOnlyAsPromised) {
   EXPECT_EQ(paired["outputs"]["Difference"], json({0.5, 0.5}));
   EXPECT_EQ(answer(R"({"call": "WorksheetFunction.Max", "args": [[1, null]]})")["result"], nullptr);
 
+  // Where the elements of an array are arguments of their own.
+  EXPECT_EQ(answer(R"({"call": "WorksheetFunction.Min", "args": [3, -1, 2]})")["result"], -1);
+  EXPECT_EQ(answer(R"({"call": "WorksheetFunction.Max", "args": [3, 5]})")["result"], 5);
+  EXPECT_TRUE(answer(R"({"call": "WorksheetFunction.Max", "args": [3, "5"]})").contains("error"));
+
   // A number stands for its text, which is no alternative, so nothing is decided.
   const json number = answer(R"({"call": "yHTest.OneTOutput", "args": [[1, 2], 5, 0.95, 1.50]})");
   EXPECT_EQ(number["outputs"]["OneTValue"][9], 0);

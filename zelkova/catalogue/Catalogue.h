@@ -43,6 +43,8 @@ struct Argument {
   Direction direction = Direction::In;
   Shape shape = Shape::Vector;
   bool optional = false;
+  bool spread =
+      false;  ///< the last argument: the elements of its array may be passed as arguments of their own
   Value defaultValue;
   std::vector<std::string> choices;  ///< the option texts that mean something, where it takes one of a few
   std::vector<std::string> slots;    ///< names of a fixed vector's slots or of a fixed table's columns

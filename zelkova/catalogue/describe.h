@@ -36,6 +36,12 @@ class ArgumentNote {
   ArgumentNote& table() { return shape(Shape::Table); }
   ArgumentNote& vectorOrTable() { return shape(Shape::VectorOrTable); }
 
+  /// An array whose elements may be passed as arguments of their own, as many as there are.
+  ArgumentNote& spread() {
+    argument_.spread = true;
+    return *this;
+  }
+
   /// A by-reference argument that is read as well as written.
   ArgumentNote& inOut() {
     argument_.direction = Direction::InOut;

@@ -66,9 +66,9 @@ Class describeWorksheetFunctions() {
                   Note("x", "the point, 0 or above"), Note("shape", "the shape"), Note("scale", "the scale"),
                   cumulative)
           .method("Max", static_cast<double (WF::*)(const DoubleArray&)>(&WF::Max), "Largest value",
-                  Note(values).vectorOrTable())
+                  Note(values).vectorOrTable().spread())
           .method("Min", static_cast<double (WF::*)(const DoubleArray&)>(&WF::Min), "Smallest value",
-                  Note(values).vectorOrTable())
+                  Note(values).vectorOrTable().spread())
           .method("Ceiling", &WF::Ceiling, "x rounded away from 0 to a multiple of the significance",
                   Note("x", "the number"), Note("significance", "of the sign of x"))
           .method("RoundUp", &WF::RoundUp, "x rounded away from 0", Note("x", "the number"),
@@ -85,11 +85,12 @@ Class describeWorksheetFunctions() {
           .method("LinEst", &WF::LinEst,
                   "Least squares: coefficients in reverse order, and their statistics below", knownY,
                   Note("knownX", "the predictors, one a column").vectorOrTable(),
-                  Note("constant", "true fits a constant"),
+                  Note("constant", "true fits a constant").optional(true),
                   Note("stats",
                        "true gives five rows: coefficients; their standard errors; R squared and that of y; "
                        "F and degrees "
-                       "of freedom; sums of squares of regression and residuals"))
+                       "of freedom; sums of squares of regression and residuals")
+                      .optional(false))
           .method("MInverse", &WF::MInverse, "Inverse of a square matrix",
                   Note("matrix", "the matrix").table())
           .done();
