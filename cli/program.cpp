@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string_view>
 
 #include "cli/Csv.h"
@@ -80,8 +81,8 @@ Request readCall(const Options& options, std::istream& in) {
     } else if (file == nullptr) {
       file = &word;
     } else {
-      throw RequestError("\"" + word +
-                         "\": a call reads one request file; an argument is written name=value");
+      throw RequestError(inQuotes(word) +
+                         ": a call reads one request file; an argument is written name=value");
     }
   }
   if (file != nullptr) readRequestFile(request, *file, in);
@@ -152,84 +153,109 @@ void describe(const Options& options, std::ostream& out) {
                              : describeText(subject));
 }
 
+/// The words that the program understands.
+class CommandLine {
+ public:
+  explicit CommandLine(Options& options) {
+    app_.require_subcommand(1);
+    app_.set_version_flag("--version", "zelkova " ZELKOVA_VERSION);
+    list_ = app_.add_subcommand("list", "Name the classes");
+    addForms(*list_, options);
+    describe_ = app_.add_subcommand("describe", "Show a class or a method: arguments, results, notes");
+    describe_->add_option("CLASS[.METHOD]", options.target)->required();
+    addForms(*describe_, options);
+    call_ = app_.add_subcommand(
+        "call",
+        "Call a method and print its results.\n"
+        "A value is a number, true or false, a text, a list with commas between, an array in JSON,\n"
+        "@file.csv:column for a column by name or number, or @file.csv:3-5 for columns as a table.\n"
+        "A text that begins with @ is written with a second one: @@home.");
+    addCall(*call_, options);
+    batch_ = app_.add_subcommand("batch", "Answer requests: JSON lines in, JSON lines out");
+  }
+
+  /// Reads the words; answers an exit code where there is nothing more to do.
+  std::optional<int> parse(const std::vector<std::string>& words, std::ostream& out, std::ostream& err) {
+    if (words.empty()) {
+      err << app_.help();
+      return badRequest;
+    }
+    if (!words.front().starts_with('-') && !isCommand(words.front())) {
+      throw RequestError("there is no subcommand " + inQuotes(words.front()) +
+                         "; \"zelkova --help\" names them");
+    }
+    try {
+      app_.parse(std::vector<std::string>(words.rbegin(), words.rend()));
+    } catch (const CLI::ParseError& error) {
+      // Help and version are exceptions to this library too.
+      if (error.get_exit_code() == 0) return app_.exit(error, out, err);
+      throw RequestError(error.what());
+    }
+    return std::nullopt;
+  }
+
+  bool isCall() const { return call_->parsed(); }
+  bool isBatch() const { return batch_->parsed(); }
+  bool isDescribe() const { return describe_->parsed(); }
+
+ private:
+  static void addForms(CLI::App& command, Options& options) {
+    command.add_flag("--json", options.json, "Print JSON");
+    command.add_flag("--markdown", options.markdown, "Print a page of the reference")->excludes("--json");
+  }
+
+  static void addCall(CLI::App& command, Options& options) {
+    command.add_option("CLASS.METHOD", options.target)->required();
+    command.add_option("name=value|REQUEST.json|-", options.words,
+                       "Arguments, and a file with a request in JSON");
+    command.add_flag("--json", options.json, "Print the answer as one line of JSON, every digit kept");
+    command.add_option("--digits", options.digits, "Significant digits of the numbers printed")
+        ->check(CLI::Range(1, 17))
+        ->capture_default_str();
+    command.add_flag("--full", options.full, "Print every digit that matters")->excludes("--digits");
+    command
+        .add_option("--separator", options.separator, "What stands between the cells of a CSV file, or tab")
+        ->capture_default_str();
+    command.add_flag("--header", options.header,
+                     "The first row of a CSV file names the columns, even by numbers");
+    command.add_flag("--no-header", options.noHeader, "The first row of a CSV file is data")
+        ->excludes("--header");
+  }
+
+  bool isCommand(const std::string& word) const {
+    return word == list_->get_name() || word == describe_->get_name() || word == call_->get_name() ||
+           word == batch_->get_name();
+  }
+
+  CLI::App app_{"Statistics for process improvement.", "zelkova"};
+  CLI::App* list_;
+  CLI::App* describe_;
+  CLI::App* call_;
+  CLI::App* batch_;
+};
+
 }  // namespace
 
 int runProgram(const std::vector<std::string>& arguments, std::istream& in, std::ostream& out,
                std::ostream& err) {
-  Options options;
-  CLI::App app("Statistics for process improvement.", "zelkova");
-  app.require_subcommand(1);
-  app.set_version_flag("--version", "zelkova " ZELKOVA_VERSION);
-
-  CLI::App* listCommand = app.add_subcommand("list", "Name the classes");
-  CLI::App* describeCommand =
-      app.add_subcommand("describe", "Show a class or a method: arguments, results, notes");
-  describeCommand->add_option("CLASS[.METHOD]", options.target)->required();
-  for (CLI::App* command : {listCommand, describeCommand}) {
-    command->add_flag("--json", options.json, "Print JSON");
-    command->add_flag("--markdown", options.markdown, "Print a page of the reference")->excludes("--json");
-  }
-
-  CLI::App* callCommand = app.add_subcommand(
-      "call",
-      "Call a method and print its results.\n"
-      "A value is a number, true or false, a text, a list with commas between, an array in JSON,\n"
-      "@file.csv:column for a column by name or number, or @file.csv:3-5 for columns as a table.\n"
-      "A text that begins with @ is written with a second one: @@home.");
-  callCommand->add_option("CLASS.METHOD", options.target)->required();
-  callCommand->add_option("name=value|REQUEST.json|-", options.words,
-                          "Arguments, and a file with a request in JSON");
-  callCommand->add_flag("--json", options.json, "Print the answer as one line of JSON, every digit kept");
-  callCommand->add_option("--digits", options.digits, "Significant digits of the numbers printed")
-      ->check(CLI::Range(1, 17))
-      ->capture_default_str();
-  callCommand->add_flag("--full", options.full, "Print every digit that matters")->excludes("--digits");
-  callCommand
-      ->add_option("--separator", options.separator, "What stands between the cells of a CSV file, or tab")
-      ->capture_default_str();
-  callCommand->add_flag("--header", options.header,
-                        "The first row of a CSV file names the columns, even by numbers");
-  callCommand->add_flag("--no-header", options.noHeader, "The first row of a CSV file is data")
-      ->excludes("--header");
-
-  CLI::App* batchCommand = app.add_subcommand("batch", "Answer requests: JSON lines in, JSON lines out");
-
-  if (arguments.empty()) {
-    err << app.help();
-    return badRequest;
-  }
-  const std::string& first = arguments.front();
-  const std::vector<CLI::App*> commands = {listCommand, describeCommand, callCommand, batchCommand};
-  const auto isFirst = [&](const CLI::App* command) { return command->get_name() == first; };
-  if (!first.starts_with('-') && std::none_of(commands.begin(), commands.end(), isFirst)) {
-    err << "zelkova: there is no subcommand " << inQuotes(first) << "; \"zelkova --help\" names them\n";
-    return badRequest;
-  }
   try {
-    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
-  } catch (const CLI::ParseError& error) {
-    // Help and version are exceptions to this library too.
-    if (error.get_exit_code() == 0) return app.exit(error, out, err);
-    err << "zelkova: " << error.what() << "\n";
-    return badRequest;
-  }
-
-  try {
-    if (batchCommand->parsed()) {
+    Options options;
+    CommandLine commandLine(options);
+    if (const std::optional<int> code = commandLine.parse(arguments, out, err)) return *code;
+    if (commandLine.isCall()) return call(options, in, out, err);
+    if (commandLine.isBatch()) {
       Session session;
       runBatch(session, in, out);
-    } else if (callCommand->parsed()) {
-      return call(options, in, out, err);
-    } else if (describeCommand->parsed()) {
+    } else if (commandLine.isDescribe()) {
       describe(options, out);
     } else {
       list(options, out);
     }
+    return success;
   } catch (const std::exception& error) {
     err << "zelkova: " << error.what() << "\n";
     return badRequest;
   }
-  return success;
 }
 
 }  // namespace zelkova::cli
