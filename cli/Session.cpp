@@ -7,8 +7,7 @@
 namespace zelkova::cli {
 
 Session::Session() {
-  RunningObjects::add(hostName, std::make_shared<EmbeddedHost>(
-                                    [this](const std::string& text) { messages_.push_back(text); }));
+  startEmbeddedHost([this](const std::string& text) { messages_.push_back(text); });
 }
 
 Session::~Session() { RunningObjects::remove(hostName); }

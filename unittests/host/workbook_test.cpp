@@ -47,13 +47,5 @@ TEST(Workbook, KeepsWhatIsPutIntoItsCells) {
   EXPECT_EQ(host.workbook().addSheet("Form")->name(), "Form");
 }
 
-// Fault: the text of a message box that never reaches whoever is to see it.
-TEST(EmbeddedHost, HandsMessagesToItsHandler) {
-  std::string shown;
-  EmbeddedHost host([&](const std::string& text) { shown = text; });
-  host.messageBox("Least square estimates cannot be calculated");
-  EXPECT_EQ(shown, "Least square estimates cannot be calculated");
-}
-
 }  // namespace
 }  // namespace zelkova

@@ -36,7 +36,7 @@ std::filesystem::path modulePath() {
   Dl_info library{};
   Dl_info program{};
   dladdr(&anchor, &library);
-  dladdr(reinterpret_cast<const void*>(getauxval(AT_PHDR)), &program);
+  dladdr(reinterpret_cast<const void*>(getauxval(AT_PHDR)), &program);  // NOLINT(performance-no-int-to-ptr)
   // The name under which a program was started is its caller's word; a loaded library's name is the loader's.
   if (library.dli_fbase == program.dli_fbase) return std::filesystem::read_symlink("/proc/self/exe");
   return std::filesystem::canonical(library.dli_fname);

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <memory>
 #include <optional>
+#include <ranges>
 
 #include "zelkova/frame/RunningObjects.h"
 #include "zelkova/frame/arithmetic.h"
@@ -70,14 +71,14 @@ double chooseWidth(double range, double target, bool wholeData) {
   const auto widths = candidateWidths(range / target);
   std::optional<double> chosen;
   double nearest = 0;
-  for (auto width = widths.rbegin(); width != widths.rend(); ++width) {
-    const double intervals = range / *width;
+  for (const double width : std::views::reverse(widths)) {
+    const double intervals = range / width;
     const double distance = std::abs(intervals - target);
-    if (intervals > mostIntervals || (wholeData && !isWhole(*width))) continue;
+    if (intervals > mostIntervals || (wholeData && !isWhole(width))) continue;
     // Equally near in decimals may differ by a rounding in doubles; of two such widths the wider stays.
     constexpr double rounding = 1E-9;
     if (chosen && distance >= nearest - rounding * target) continue;
-    chosen = *width;
+    chosen = width;
     nearest = distance;
   }
   if (chosen) return *chosen;
