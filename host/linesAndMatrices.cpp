@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <numeric>
 #include <optional>
@@ -26,6 +28,12 @@ double largestMagnitude(std::span<const double> values) {
   return largest;
 }
 
+double sumOfMagnitudes(std::span<const double> values) {
+  double sum = 0;
+  for (const double x : values) sum += std::fabs(x);
+  return sum;
+}
+
 /// The power of two that brings the largest of `values` into [1, 2), so that no square of them leaves the
 /// range of a double; 0 where all are 0.
 int exponentOf(std::span<const double> values) {
@@ -33,18 +41,46 @@ int exponentOf(std::span<const double> values) {
   return largest == 0 ? 0 : std::ilogb(largest);
 }
 
-double sumOfSquares(std::span<const double> values) {
-  return std::inner_product(values.begin(), values.end(), values.begin(), 0.0);
+/// The sum of products of two spans of one length. Halves and then eight fixed lanes keep the error at a few
+/// units in the last place for any length, and the digits the same in every build.
+double innerProduct(std::span<const double> a, std::span<const double> b) {
+  constexpr std::size_t width = 8;
+  constexpr std::size_t block = 128;
+  if (a.size() > block) {
+    const std::size_t half = a.size() / 2;
+    return innerProduct(a.first(half), b.first(half)) + innerProduct(a.subspan(half), b.subspan(half));
+  }
+  std::array<double, width> lanes{};
+  for (std::size_t i = 0; i < a.size(); ++i) lanes[i % width] += a[i] * b[i];
+  return std::accumulate(lanes.begin(), lanes.end(), 0.0);
 }
+
+double sumOfSquares(std::span<const double> values) { return innerProduct(values, values); }
 
 double meanOf(std::span<const double> values) {
   return compensatedSum(values) / static_cast<double>(values.size());
 }
 
+/// A mean as the sum of a double and what its rounding lost.
+struct Mean {
+  double rounded = 0;
+  double rest = 0;
+};
+
+/// Subtracts the mean, also what its rounding loses: that is as large as the deviations of values far from 0.
+Mean centre(std::span<double> values) {
+  Mean mean;
+  mean.rounded = meanOf(values);
+  for (double& v : values) v -= mean.rounded;
+  mean.rest = meanOf(values);
+  for (double& v : values) v -= mean.rest;
+  return mean;
+}
+
 /// A variable about its mean, in units of a power of two.
 struct Centred {
   std::vector<double> deviations;
-  double mean;
+  Mean mean;
   int exponent;
 };
 
@@ -57,9 +93,8 @@ std::optional<Centred> centred(std::span<const double> values) {
   const int exponent = exponentOf(values);
   result.deviations.reserve(values.size());
   for (const double x : values) result.deviations.push_back(std::ldexp(x, -exponent));
-  const double mean = meanOf(result.deviations);
-  result.mean = std::ldexp(mean, exponent);
-  for (double& d : result.deviations) d -= mean;
+  const Mean mean = centre(result.deviations);
+  result.mean = {std::ldexp(mean.rounded, exponent), std::ldexp(mean.rest, exponent)};
   const int rest = exponentOf(result.deviations);
   for (double& d : result.deviations) d = std::ldexp(d, -rest);
   result.exponent = exponent + rest;
@@ -91,10 +126,13 @@ Line leastSquaresLine(const DoubleArray& knownY, const DoubleArray& knownX, cons
   require(x.has_value(), (function + ": knownX must not be constant").c_str());
   const auto y = centred(knownY.elements());
   if (!y) return {knownY.elements().front(), 0};
-  const double products =
-      std::inner_product(x->deviations.begin(), x->deviations.end(), y->deviations.begin(), 0.0);
+  const double products = innerProduct(x->deviations, y->deviations);
   const double slope = std::ldexp(products / sumOfSquares(x->deviations), y->exponent - x->exponent);
-  return {y->mean - slope * x->mean, slope};
+  // Far from 0 the intercept is what is left of two large numbers: their roundings count.
+  const double product = slope * x->mean.rounded;
+  const std::array parts = {y->mean.rounded, -product, -std::fma(slope, x->mean.rounded, -product),
+                            y->mean.rest, -slope * x->mean.rest};
+  return {compensatedSum(parts), slope};
 }
 
 /// The variables of a regression, one a column, in the orientation of `knownY`.
@@ -153,14 +191,25 @@ class LeastSquares {
   std::size_t rank() const { return used_.size(); }
   double coefficient(std::size_t j) const { return coefficients_[j]; }
   double constantTerm() const { return constant_; }
+
+  /// Sums of squares in units of the square of a power of two, so that ratios of them neither overflow nor
+  /// vanish; and in those of y.
   double regressionSquares() const { return regressionSquares_; }
   double residualSquares() const { return residualSquares_; }
+  double inSquaresOfY(double squares) const { return std::ldexp(squares, 2 * exponentOfY_); }
 
-  /// The standard error of coefficient `j` for a residual standard deviation of 1.
-  double unitError(std::size_t j) const { return unitErrors_[j]; }
-  double unitErrorOfConstant() const { return unitErrorOfConstant_; }
+  /// Standard errors for `df` residual degrees of freedom: of y, of coefficient `j` and of the constant.
+  double error(double df) const { return std::ldexp(unitError(df), exponentOfY_); }
+  double errorOf(std::size_t j, double df) const {
+    return std::ldexp(unitError(df) * leverageRoots_[j], exponentOfY_ - exponents_[j]);
+  }
+  double errorOfConstant(double df) const {
+    return std::ldexp(unitError(df) * leverageRootOfConstant_, exponentOfY_);
+  }
 
  private:
+  double unitError(double df) const { return std::sqrt(residualSquares_ / df); }
+
   void prepare(bool constant) {
     exponentOfY_ = exponentOf(y_);
     for (double& v : y_) v = std::ldexp(v, -exponentOfY_);
@@ -170,15 +219,12 @@ class LeastSquares {
       for (double& v : column) v = std::ldexp(v, -exponents_.back());
       norms_.push_back(std::sqrt(sumOfSquares(column)));
     }
-    means_.assign(x_.size(), 0);
+    means_.resize(x_.size());
     if (constant) {
-      for (std::size_t j = 0; j < x_.size(); ++j) {
-        means_[j] = meanOf(x_[j]);
-        for (double& v : x_[j]) v -= means_[j];
-      }
-      meanOfY_ = meanOf(y_);
-      for (double& v : y_) v -= meanOfY_;
+      for (std::size_t j = 0; j < x_.size(); ++j) means_[j] = centre(x_[j]);
+      meanOfY_ = centre(y_);
     }
+    centredNormOfY_ = std::sqrt(sumOfSquares(y_));
     for (const auto& column : x_) centredNorms_.push_back(std::sqrt(sumOfSquares(column)));
   }
 
@@ -193,7 +239,7 @@ class LeastSquares {
     const double scale = -1 / (diagonal * pivot[0]);
     const auto reflect = [&](std::vector<double>& column) {
       const std::span<double> rest = std::span(column).subspan(row);
-      const double factor = scale * std::inner_product(rest.begin(), rest.end(), pivot.begin(), 0.0);
+      const double factor = scale * innerProduct(rest, pivot);
       for (std::size_t i = 0; i < rest.size(); ++i) rest[i] -= factor * pivot[i];
     };
     for (std::size_t k = j + 1; k < x_.size(); ++k) reflect(x_[k]);
@@ -206,29 +252,33 @@ class LeastSquares {
 
   void solve() {
     coefficients_.assign(x_.size(), 0);
-    unitErrors_.assign(x_.size(), 0);
+    leverageRoots_.assign(x_.size(), 0);
     std::vector<double> scaled(rank());
     for (std::size_t i = rank(); i-- > 0;) {
       double sum = y_[i];
       for (std::size_t k = i + 1; k < rank(); ++k) sum -= triangle(i, k) * scaled[k];
       scaled[i] = sum / triangle(i, i);
     }
-    double constant = meanOfY_;
+    std::vector<double> parts{meanOfY_.rounded, meanOfY_.rest};
     for (std::size_t i = 0; i < rank(); ++i) {
       const std::size_t j = used_[i];
       coefficients_[j] = std::ldexp(scaled[i], exponentOfY_ - exponents_[j]);
-      unitErrors_[j] = std::ldexp(std::sqrt(inverseRowSquares(i)), -exponents_[j]);
-      constant -= scaled[i] * means_[j];
+      leverageRoots_[j] = std::sqrt(inverseRowSquares(i));
+      const double product = scaled[i] * means_[j].rounded;
+      parts.insert(parts.end(), {-product, -std::fma(scaled[i], means_[j].rounded, -product),
+                                 -scaled[i] * means_[j].rest});
     }
-    constant_ = std::ldexp(constant, exponentOfY_);
-    unitErrorOfConstant_ = std::sqrt(1 / static_cast<double>(y_.size()) + meanLeverage());
+    constant_ = std::ldexp(compensatedSum(parts), exponentOfY_);
+    leverageRootOfConstant_ = std::sqrt(1 / static_cast<double>(y_.size()) + meanLeverage());
 
     const auto fitted = std::span(y_).first(rank());
     const auto residuals = std::span(y_).subspan(rank());
-    regressionSquares_ = std::ldexp(sumOfSquares(fitted), 2 * exponentOfY_);
-    residualSquares_ = std::ldexp(sumOfSquares(residuals), 2 * exponentOfY_);
-    // Residuals that are nothing but rounding are none: the fit is perfect.
-    if (std::sqrt(sumOfSquares(residuals)) <= 16 * epsilon * normOfY_) residualSquares_ = 0;
+    regressionSquares_ = sumOfSquares(fitted);
+    residualSquares_ = sumOfSquares(residuals);
+    // Residuals that are nothing but rounding, of y as given and of the reflections, are none: the fit is
+    // perfect.
+    const double rounding = epsilon * (normOfY_ + 4 * centredNormOfY_);
+    if (std::sqrt(residualSquares_) <= rounding) residualSquares_ = 0;
   }
 
   /// Sum of the squares of row `i` of the inverse of the triangle R: the solution of (row) R = e_i, which
@@ -247,7 +297,7 @@ class LeastSquares {
   double meanLeverage() const {
     std::vector<double> solution(rank());
     for (std::size_t k = 0; k < rank(); ++k) {
-      double sum = means_[used_[k]];
+      double sum = means_[used_[k]].rounded + means_[used_[k]].rest;
       for (std::size_t m = 0; m < k; ++m) sum -= triangle(m, k) * solution[m];
       solution[k] = sum / triangle(k, k);
     }
@@ -256,16 +306,18 @@ class LeastSquares {
 
   std::vector<std::vector<double>> x_;
   std::vector<double> y_;
-  std::vector<double> norms_, centredNorms_, means_;
+  std::vector<double> norms_, centredNorms_;
+  std::vector<Mean> means_;
   std::vector<int> exponents_;
   std::vector<std::size_t> used_;
   double normOfY_ = 0;
-  double meanOfY_ = 0;
+  double centredNormOfY_ = 0;
+  Mean meanOfY_;
   int exponentOfY_ = 0;
 
-  std::vector<double> coefficients_, unitErrors_;
+  std::vector<double> coefficients_, leverageRoots_;
   double constant_ = 0;
-  double unitErrorOfConstant_ = 0;
+  double leverageRootOfConstant_ = 0;
   double regressionSquares_ = 0;
   double residualSquares_ = 0;
 };
@@ -276,15 +328,14 @@ void putStatistics(DoubleArray& table, const LeastSquares& fit, Index n, bool co
   const double total = fit.regressionSquares() + fit.residualSquares();
   if (total > 0) table(3, 1) = fit.regressionSquares() / total;
   table(4, 2) = df;
-  table(5, 1) = fit.regressionSquares();
-  table(5, 2) = fit.residualSquares();
+  table(5, 1) = fit.inSquaresOfY(fit.regressionSquares());
+  table(5, 2) = fit.inSquaresOfY(fit.residualSquares());
   if (df <= 0) return;
-  const double error = std::sqrt(fit.residualSquares() / df);
   for (Index j = 1; j < columns; ++j) {
-    table(2, columns - j) = error * fit.unitError(static_cast<std::size_t>(j - 1));
+    table(2, columns - j) = fit.errorOf(static_cast<std::size_t>(j - 1), df);
   }
-  if (constant) table(2, columns) = error * fit.unitErrorOfConstant();
-  table(3, 2) = error;
+  if (constant) table(2, columns) = fit.errorOfConstant(df);
+  table(3, 2) = fit.error(df);
   if (fit.rank() == 0 || fit.residualSquares() == 0) return;
   table(4, 1) = fit.regressionSquares() / static_cast<double>(fit.rank()) / (fit.residualSquares() / df);
 }
@@ -302,16 +353,20 @@ class Triangles {
 
   DoubleArray inverse() const {
     DoubleArray result(n_, n_, 0.0);
+    double norm = 0;
     for (Index j = 1; j <= n_; ++j) {
       // The row that pivoting moved to place j has its column of the inverse where it came from.
       const Index row = order_[place(j)];
       const std::span<double> x = result.column(row);
       x[place(j)] = 1;
       substitute(x);
+      norm = std::fmax(norm, sumOfMagnitudes(x));
       for (std::size_t i = 0; i < x.size(); ++i) {
         x[i] = std::ldexp(x[i], -columnExponents_[i] - rowExponents_[place(row)]);
       }
     }
+    // Of such an inverse no digit would be certain.
+    requireRegular(norm_ * norm * epsilon <= 1);
     return result;
   }
 
@@ -334,6 +389,7 @@ class Triangles {
       requireRegular(largestMagnitude(column) > 0);
       columnExponents_.push_back(exponentOf(column));
       for (double& v : column) v = std::ldexp(v, -columnExponents_.back());
+      norm_ = std::fmax(norm_, sumOfMagnitudes(column));
     }
   }
 
@@ -372,6 +428,7 @@ class Triangles {
   }
 
   Index n_;
+  double norm_ = 0;  ///< the largest sum of magnitudes of a column, in the units taken
   DoubleArray lu_;
   std::vector<Index> order_;
   std::vector<int> rowExponents_, columnExponents_;
@@ -392,8 +449,7 @@ double EmbeddedWorksheetFunction::Correl(const DoubleArray& a, const DoubleArray
   const auto x = centred(a.elements());
   const auto y = centred(b.elements());
   require(x && y, "Correl: neither a nor b may be constant");
-  const double products =
-      std::inner_product(x->deviations.begin(), x->deviations.end(), y->deviations.begin(), 0.0);
+  const double products = innerProduct(x->deviations, y->deviations);
   const double r =
       products / (std::sqrt(sumOfSquares(x->deviations)) * std::sqrt(sumOfSquares(y->deviations)));
   return std::clamp(r, -1.0, 1.0);

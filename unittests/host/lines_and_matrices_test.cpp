@@ -107,6 +107,74 @@ TEST(LinEst, TakesPerfectAndDegenerateFits) {
   EXPECT_EQ(failureNumber([&] { f.LinEst(DoubleArray(), x, true, true); }), 1004);
 }
 
+// Fault: variables in rows read as columns, or absent known x that are not 1, 2, 3, ...
+TEST(LinEst, TakesVariablesInRowsAndCountsWithoutThem) {
+  // R: summary(lm(c(1, 3, 2, 5) ~ c(1, 2, 3, 4) + c(2, 1, 5, 3))).
+  const DoubleArray rows = DoubleArray::table({{1, 2, 3, 4}, {2, 1, 5, 3}});
+  expectNear(f.LinEst(DoubleArray::table({{1, 3, 2, 5}}), rows, true, true),
+             DoubleArray::table({{-0.65079365079365079, 1.5555555555555556, 0.65079365079365079},
+                                 {0.070986284999993335, 0.093906028303168507, 0.22947352848890418},
+                                 {0.99637188208616780, 0.17817416127494962, NoValue},
+                                 {137.3125, 1, NoValue},
+                                 {8.71825396825397, 0.03174603174603, NoValue}}),
+             1e-12);
+  // R: summary(lm(c(1, 3, 2, 5) ~ c(1, 2, 3, 4))); the constant is 0 by hand.
+  const DoubleArray counted = f.LinEst(DoubleArray{1, 3, 2, 5}, DoubleArray(), true, true);
+  EXPECT_NEAR(counted(1, 1), 1.1, 1e-15);
+  EXPECT_NEAR(counted(1, 2), 0, 1e-15);
+  EXPECT_NEAR(counted(4, 1), 4.4814814814814815, 1e-14);
+}
+
+// Fault: residuals of y far from 0 taken for rounding, or squares that leave the range of a double.
+TEST(LinEst, KeepsSmallResidualsApartFromRounding) {
+  const DoubleArray x{1, 2, 3, 4, 5, 6};
+  DoubleArray far(6, 0.0);
+  const double noise[] = {1, -1, 2, -2, 1, -1};
+  for (Index i = 1; i <= 6; ++i) far(i) = 1e9 + static_cast<double>(i) + noise[i - 1] * 1e-6;
+  // Exact fractions of the doubles as stored (python3), R on y - 1e9 agrees.
+  const DoubleArray fit = f.LinEst(far, x, true, true);
+  EXPECT_NEAR(fit(1, 1), 0.99999977520533970, 1e-15);
+  EXPECT_NEAR(fit(2, 1), 3.9582701208577163e-7, 1e-15);
+  // R: summary(lm(c(1, 2, 4, 4) ~ c(1, 2, 3, 4))).
+  const DoubleArray small =
+      f.LinEst(DoubleArray{1e-200, 2e-200, 4e-200, 4e-200}, DoubleArray{1, 2, 3, 4}, true, true);
+  EXPECT_NEAR(small(2, 1), 0.26457513110645908e-200, 1e-214);
+  EXPECT_NEAR(small(2, 2), 0.72456883730947208e-200, 1e-214);
+  EXPECT_NEAR(small(3, 1), 0.89629629629629626, 1e-14);
+  EXPECT_NEAR(small(3, 2), 0.59160797830996170e-200, 1e-214);
+  EXPECT_NEAR(small(4, 1), 17.285714285714285, 1e-12);
+  EXPECT_EQ(small(5, 2), 0);
+}
+
+// Fault: digits lost to the length of the columns. Exact fractions of the doubles as stored (python3).
+TEST(Lines, KeepDigitsOfAMillionRows) {
+  constexpr Index n = 1000000;
+  DoubleArray x(n, 0.0);
+  DoubleArray y(n, 0.0);
+  for (Index i = 1; i <= n; ++i) {
+    x(i) = 0.1 * static_cast<double>(i);
+    y(i) = 2.3 * x(i) + 1.7;
+  }
+  EXPECT_NEAR(f.Slope(y, x), 2.3, 3e-15);
+  const DoubleArray fit = f.LinEst(y, x, true, true);
+  EXPECT_NEAR(fit(1, 1), 2.3, 3e-15);
+  EXPECT_EQ(fit(5, 2), 0);
+}
+
+// Fault: deviations about a mean that is rounded to a double. The first by hand, the second from exact
+// fractions of the doubles as stored (python3, mpmath for the root).
+TEST(Lines, KeepDigitsOfValuesFarFromZero) {
+  const DoubleArray last{9007199254740990, 9007199254740991};
+  EXPECT_EQ(f.Slope(DoubleArray{1, 2}, last), 1);
+  EXPECT_EQ(f.Intercept(DoubleArray{1, 2}, last), -9007199254740989);
+  const DoubleArray far{1e12, 1e12 + 1e-3, 1e12 + 2e-3, 1e12 + 5e-3};
+  const DoubleArray y{1, 2, 4, 4};
+  EXPECT_NEAR(f.Slope(y, far), 565.78777454353003, 1e-12);
+  EXPECT_NEAR(f.Intercept(y, far), -565787774543528.41, 1);
+  EXPECT_NEAR(f.Correl(y, far), 0.81709053414519484, 1e-15);
+  EXPECT_NEAR(f.LinEst(y, far, true, true)(2, 1), 282.27652064760110, 1e-11);
+}
+
 // Fault: sums of squares that cancel far from 0 or leave the range of a double, a constant column that
 // rounding makes vary. R: lm(dist ~ speed, cars) and cor on the same rows.
 TEST(Lines, SlopeInterceptAndCorrelation) {
@@ -149,14 +217,25 @@ TEST(Lines, SlopeInterceptAndCorrelation) {
   EXPECT_EQ(f.Average(DoubleArray{1, 2, 4.5}), 2.5);
 }
 
+DoubleArray hilbert(Index n) {
+  DoubleArray matrix(n, n, 0.0);
+  for (Index i = 1; i <= n; ++i) {
+    for (Index j = 1; j <= n; ++j) matrix(i, j) = 1.0 / static_cast<double>(i + j - 1);
+  }
+  return matrix;
+}
+
+// Fault: an inverse without a certain digit, or the refusal of one that has some. The last element of the
+// inverse of the Hilbert matrix of order 10, rounded to doubles: exact fractions (python3).
+TEST(MInverse, RefusesWhatIsSingularToWorkingPrecision) {
+  EXPECT_NEAR(f.MInverse(hilbert(10))(10, 10), 44910271676.752, 44910271676.752 * 1e-4);
+  EXPECT_EQ(failureNumber([] { f.MInverse(hilbert(13)); }), 1004);
+}
+
 // Fault: rows or columns of the inverse in pivoting order, a singular matrix that passes, a regular one in
 // mixed units that does not. The inverse of the Hilbert matrix of order 4 is whole (hand arithmetic).
 TEST(MInverse, InvertsOrRefuses) {
-  DoubleArray hilbert(4, 4, 0.0);
-  for (Index i = 1; i <= 4; ++i) {
-    for (Index j = 1; j <= 4; ++j) hilbert(i, j) = 1.0 / static_cast<double>(i + j - 1);
-  }
-  expectNear(f.MInverse(hilbert),
+  expectNear(f.MInverse(hilbert(4)),
              DoubleArray::table({{16, -120, 240, -140},
                                  {-120, 1200, -2700, 1680},
                                  {240, -2700, 6480, -4200},
