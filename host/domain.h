@@ -20,7 +20,8 @@ inline bool atLeast(double x, double low) { return within(x, low, std::numeric_l
 inline bool positive(double x) { return x > 0 && atLeast(x, 0); }
 inline bool openUnit(double p) { return p > 0 && p < 1; }
 
-/// The published bound of degrees of freedom, which are whole by then.
+/// Degrees of freedom, which are whole by then. One upper bound serves all functions: it lies far above the
+/// size of any sample, and up to it half the degrees are shapes whose tails keep their relative accuracy.
 inline bool degreesOfFreedom(double df) { return within(df, 1, 1e10); }
 
 /// A result that leaves: refused unless it is finite.

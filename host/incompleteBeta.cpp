@@ -53,7 +53,8 @@ double continuedFraction(double a, double b, const IncompleteBeta::Point& point)
     // In units of the new denominator: no power of anything builds up.
     const double unit = 1 / nextDenominator;
     const double next = nextNumerator * unit;
-    if (std::fabs(next - value) <= epsilon / 2 * std::fabs(next)) return next;
+    // A not-a-number ends it too.
+    if (!(std::fabs(next - value) > epsilon / 2 * std::fabs(next))) return next;
     value = next;
     previousNumerator = numerator * unit;
     previousDenominator = denominator * unit;
@@ -135,11 +136,15 @@ Tails below(double a, double b, const IncompleteBeta::Point& point, double densi
 
 }  // namespace
 
-IncompleteBeta::IncompleteBeta(double a, double b) : a_(a), b_(b) {
+// Shapes below the smallest normal double have no reciprocal; at that one the distribution is that of the two
+// ends already.
+IncompleteBeta::IncompleteBeta(double a, double b)
+    : a_(std::max(a, std::numeric_limits<double>::min())),
+      b_(std::max(b, std::numeric_limits<double>::min())) {
   using gammaFunction::stirlingError;
-  const double size = std::max(a, b) / (a + b) * std::min(a, b);
+  const double size = std::max(a_, b_) / (a_ + b_) * std::min(a_, b_);
   scale_ = std::sqrt(size) * std::numbers::inv_sqrtpi / std::numbers::sqrt2 *
-           std::exp(stirlingError(a + b) - stirlingError(a) - stirlingError(b));
+           std::exp(stirlingError(a_ + b_) - stirlingError(a_) - stirlingError(b_));
 }
 
 IncompleteBeta::Point IncompleteBeta::at(double x) const {

@@ -3,6 +3,7 @@
 #include <limits>
 #include <numbers>
 #include <span>
+#include <vector>
 
 #include "host/EmbeddedWorksheetFunction.h"
 #include "host/compensatedSum.h"
@@ -13,6 +14,8 @@ namespace zelkova {
 using domain::require;
 
 namespace {
+
+constexpr double everyDoubleWhole = 9007199254740992;  // 2^53: from there on not every whole number is one
 
 /// Whether `quotient` is meant to be `whole`: it differs by no more than the rounding of its parts.
 bool isWhole(double quotient, double whole) {
@@ -53,12 +56,20 @@ double EmbeddedWorksheetFunction::Ceiling(double x, double significance) {
   if (x == 0 || significance == 0) return 0;
   require((x > 0) == (significance > 0), "Ceiling: x and significance must have the same sign");
   const double quotient = x / significance;
-  // Deliberate: 0.07 is 7 steps of 0.01 though the quotient of the two doubles lies above 7.
-  if (!std::isfinite(quotient) || isWhole(quotient, std::round(quotient))) return x;
-  const double steps = std::ceil(quotient);
+  if (!(quotient < everyDoubleWhole)) return x;
+  const double nearest = std::round(quotient);
+  // Deliberate: 0.07 is 7 steps of 0.01 though the quotient of the two doubles lies above 7, and
+  // 25.000000000000004 is 25 that went through arithmetic.
+  const bool meant = isWhole(quotient, nearest);
+  const double steps = std::fmax(meant ? nearest : std::ceil(quotient), 1);
   // Tenths and hundredths are no doubles, but their reciprocals are: 57 / 100 is 0.57, 57 * 0.01 is not.
   const double reciprocal = std::round(1 / significance);
-  const double multiple = isWhole(1 / significance, reciprocal) ? steps / reciprocal : steps * significance;
+  if (isWhole(1 / significance, reciprocal)) return domain::result(steps / reciprocal, "Ceiling");
+  const double multiple = steps * significance;
+  const double unit = std::nextafter(std::fabs(x), std::numeric_limits<double>::infinity()) - std::fabs(x);
+  // 0.9 is three times 0.3 already, which 3 * 0.3 is not.
+  const bool fraction = significance != std::trunc(significance);
+  if (meant && fraction && std::fabs(multiple - x) <= unit) return x;
   return domain::result(multiple, "Ceiling");
 }
 
@@ -69,7 +80,8 @@ double EmbeddedWorksheetFunction::RoundUp(double x, double digits) {
   if (x == 0) return 0;
   const double power = std::pow(10, std::fabs(digits));
   const double shifted = digits >= 0 ? x * power : x / power;
-  if (!std::isfinite(shifted)) return x;
+  // From here on doubles have no digit after the last one asked for.
+  if (digits >= 0 && !(std::fabs(shifted) < everyDoubleWhole / 2)) return x;
   const double nearest = std::round(shifted);
   // Deliberate: 25.000000000000004 is 25 that went through arithmetic; a sample size of 26 helps nobody.
   const bool meant = shifted != 0 && isWhole(shifted, nearest);
@@ -78,10 +90,10 @@ double EmbeddedWorksheetFunction::RoundUp(double x, double digits) {
 }
 
 double EmbeddedWorksheetFunction::Gcd(double a, double b) {
-  constexpr double bound = 9007199254740992;  // 2^53: from there on not every whole number is a double
   a = std::trunc(a);
   b = std::trunc(b);
-  require(a >= 0 && a < bound && b >= 0 && b < bound, "Gcd: a and b must be at least 0 and below 2^53");
+  require(a >= 0 && a < everyDoubleWhole && b >= 0 && b < everyDoubleWhole,
+          "Gcd: a and b must be at least 0 and below 2^53");
   while (b != 0) {
     a = std::fmod(a, b);
     std::swap(a, b);
@@ -96,7 +108,15 @@ double EmbeddedWorksheetFunction::Sum(const DoubleArray& values) {
 
 double EmbeddedWorksheetFunction::Average(const DoubleArray& values) {
   const auto x = numbers(values, "Average: values has no element", "Average: values must be finite numbers");
-  return domain::result(compensatedSum(x) / static_cast<double>(x.size()), "Average");
+  const double size = static_cast<double>(x.size());
+  const double sum = compensatedSum(x);
+  if (std::isfinite(sum)) return sum / size;
+  // The sum may be too large for a double where the average is not.
+  const int exponent = std::ilogb(size) + 1;
+  std::vector<double> scaled;
+  scaled.reserve(x.size());
+  for (const double v : x) scaled.push_back(std::ldexp(v, -exponent));
+  return domain::result(std::ldexp(compensatedSum(scaled) / size, exponent), "Average");
 }
 
 double EmbeddedWorksheetFunction::Pi() { return std::numbers::pi; }

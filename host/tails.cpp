@@ -19,10 +19,15 @@ constexpr double rootHalfRest = -4.833646656726456726e-17;
 
 double normalLower(double z) {
   const double x = -z * rootHalf;
+  const double lost = std::fma(-z, rootHalf, -x) - z * rootHalfRest;
+  // Near the middle erf has digits to spare; its slope there is that of its series.
+  if (std::fabs(z) < 0.67) return 0.5 - (std::erf(x) / 2 + std::numbers::inv_sqrtpi * (1 - x * x) * lost);
+  if (z > 0) return 1 - normalLower(-z);
   const double lower = std::erfc(x) / 2;
-  if (z > -5 || lower == 0) return lower;
-  // Far out the rounding of x shows: erfc changes by a factor of 1 - 2 x lost.
-  return lower * (1 - 2 * x * (std::fma(-z, rootHalf, -x) - z * rootHalfRest));
+  if (lower == 0) return 0;
+  // The rounding of x shows: erfc changes by a factor of 1 - (x + sqrt(x^2 + 4 / pi)) lost, nearly
+  // (Abramowitz and Stegun 7.1.13).
+  return lower * (1 - (x + std::sqrt(x * x + 4 * std::numbers::inv_pi)) * lost);
 }
 
 Tails student(double t, double df) {

@@ -7,7 +7,8 @@ struct Tails {
   double lower, upper;
 };
 
-/// Standard normal distribution.
+/// Lower tail of the standard normal distribution, the probability of at most `z`, with relative accuracy
+/// however far out.
 double normalLower(double z);
 
 /// The absolute value of Student's t: below and above `t` >= 0, df >= 1.

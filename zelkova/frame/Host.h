@@ -46,24 +46,55 @@ class WorksheetFunction {
   virtual double Max(double a, double b) = 0;
   virtual double Min(const DoubleArray& values) = 0;
   virtual double Min(double a, double b) = 0;
+
+  /// The multiple of `significance` that is nearest to x from x on away from 0; 0 where either is 0. Both
+  /// must have the same sign. A quotient within a few units in the last place of a whole number counts as
+  /// that number of steps; one of 2^53 or more leaves x as it is.
   virtual double Ceiling(double x, double significance) = 0;
+
+  /// x rounded away from 0 to `digits` decimal places, which are truncated; to tens, hundreds, ... where they
+  /// are negative. What is within a few units in the last place of a rounded number counts as that number;
+  /// x that has no such digit any more is left as it is.
   virtual double RoundUp(double x, double digits) = 0;
+
+  /// The greatest common divisor of the truncated arguments, each at least 0 and below 2^53; Gcd(0, 0) is 0.
   virtual double Gcd(double a, double b) = 0;
+
+  /// Sum and mean of all elements, of any shape, by compensated summation (Neumaier 1974). Failure 1004 for
+  /// an array without elements, for elements that are not finite and where the result is not a double.
   virtual double Sum(const DoubleArray& values) = 0;
   virtual double Average(const DoubleArray& values) = 0;
   virtual double Pi() = 0;
 
   // Lines and matrices.
+
+  /// The least squares line of y on x, and the correlation of a and b. Arrays of any shape, taken element by
+  /// element in storage order. Failure 1004 for different lengths, fewer than two elements, elements that are
+  /// not finite, a constant x, and in `Correl` a constant a or b.
   virtual double Slope(const DoubleArray& knownY, const DoubleArray& knownX) = 0;
   virtual double Intercept(const DoubleArray& knownY, const DoubleArray& knownX) = 0;
   virtual double Correl(const DoubleArray& a, const DoubleArray& b) = 0;
 
-  /// Least squares of y on the columns of x: a row with the coefficients in reverse order, the constant last
-  /// (0 where it is not fitted). With `stats`, four more rows: the standard errors of the first; R squared
-  /// and the standard error of y; F and its residual degrees of freedom; the sums of squares of regression
-  /// and residuals. Cells without a value hold `NoValue`, as F of a perfect fit does.
+  /// Least squares of y on one or more variables by Householder reflections (Golub 1965). `knownY` is a
+  /// column or a row of n values; the variables are the columns of an n x k `knownX` in the first case and
+  /// the rows of a k x n one in the second; where both have the same shape it is a single variable. An
+  /// unfilled `knownX` stands for 1, 2, 3, ...
+  ///
+  /// The result has k + 1 columns: a row with the coefficients in reverse order, the constant last (0 where
+  /// it is not fitted). With `stats`, four more rows: the standard errors of the first; R squared and the
+  /// standard error of y; F and its residual degrees of freedom; the sums of squares of regression and
+  /// residuals, 0 where those are too small for a double. A variable that the constant and the variables
+  /// before it explain already gets the coefficient 0 and the standard error 0 and takes no degree of
+  /// freedom. Cells without a value hold `NoValue`, as F of a perfect fit does.
+  ///
+  /// Failure 1004 for shapes that do not match, elements that are not finite and results that are no double.
   virtual DoubleArray LinEst(const DoubleArray& knownY, const DoubleArray& knownX, bool constant,
                              bool stats) = 0;
+
+  /// The inverse of a square matrix by Gaussian elimination with partial pivoting, after rows and columns are
+  /// brought to units of powers of two. Failure 1004 for a matrix that is not square, has elements that are
+  /// not finite, or is singular to working precision: its 1-norm times that of the inverse, in those units,
+  /// is more than 2^52.
   virtual DoubleArray MInverse(const DoubleArray& matrix) = 0;
 };
 
