@@ -21,7 +21,7 @@ inline bool positive(double x) { return x > 0 && atLeast(x, 0); }
 inline bool openUnit(double p) { return p > 0 && p < 1; }
 
 /// Degrees of freedom, which are whole by then. One upper bound serves all functions: it lies far above the
-/// size of any sample, and up to it half the degrees are shapes whose tails keep their relative accuracy.
+/// size of any sample, so that none of them needs one of its own.
 inline bool degreesOfFreedom(double df) { return within(df, 1, 1e10); }
 
 /// A result that leaves: refused unless it is finite.

@@ -52,9 +52,9 @@ class WorksheetFunction {
   /// that number of steps; one of 2^53 or more leaves x as it is.
   virtual double Ceiling(double x, double significance) = 0;
 
-  /// x rounded away from 0 to `digits` decimal places, which are truncated; to tens, hundreds, ... where they
-  /// are negative. What is within a few units in the last place of a rounded number counts as that number;
-  /// x that has no such digit any more is left as it is.
+  /// x rounded away from 0 to `digits` decimal places (truncated to a whole number), or to tens, hundreds,
+  /// ... where `digits` is negative. What is within a few units in the last place of a rounded number counts
+  /// as that number; x that has no such digit any more is left as it is.
   virtual double RoundUp(double x, double digits) = 0;
 
   /// The greatest common divisor of the truncated arguments, each at least 0 and below 2^53; Gcd(0, 0) is 0.
