@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "host/EmbeddedHost.h"
 #include "zelkova/frame/RunningObjects.h"
 
 namespace zelkova::cli {

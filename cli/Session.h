@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "cli/Request.h"
-#include "host/EmbeddedHost.h"
 
 namespace zelkova::cli {
 

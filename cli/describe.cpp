@@ -1,8 +1,6 @@
 #include "cli/describe.h"
 
-#include <algorithm>
 #include <nlohmann/json.hpp>
-#include <vector>
 
 #include "cli/Columns.h"
 #include "cli/answerJson.h"

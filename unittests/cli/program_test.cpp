@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -8,7 +10,6 @@
 #include <sstream>
 
 #include "cli/program.h"
-#include "zelkova/frame/NoValue.h"
 
 namespace zelkova::cli {
 namespace {

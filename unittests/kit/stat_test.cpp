@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <random>
 
@@ -160,6 +161,19 @@ TEST_F(SummaryTest, FailsWhereItIsLaidDown) {
   EXPECT_EQ(failureNumber([&] { GetSDCILower({5}, 95); }), 11);
   RunningObjects::remove(hostName);
   EXPECT_EQ(failureNumber([&] { GetMeanCILower({5, 6}, 95); }), 429);
+}
+
+// Fault: a variance that loses its digits where the values lie far from 0. The sets NumAcc3 and NumAcc4 of
+// NIST's Statistical Reference Datasets, with their certified mean and standard deviation; the data
+// themselves are rounded to doubles, which leaves 9 and 8 digits.
+TEST(Variance, KeepsItsDigitsFarFromZero) {
+  for (const auto& [centre, tolerance] : {std::pair(1000000.2, 1e-9), std::pair(10000000.2, 1e-8)}) {
+    DoubleArray data(1001, centre);
+    for (Index i = 2; i <= 1001; ++i) data(i) = std::floor(centre) + (i % 2 == 0 ? 0.1 : 0.3);
+    // 126 additions in a lane, each rounded by half a unit of 2.2E-16.
+    EXPECT_TRUE(isClose(GetMean(data), centre, 1.4e-14));
+    EXPECT_TRUE(isClose(GetStdDev(data), 0.1, tolerance));
+  }
 }
 
 // Fault: sums in lanes that lose elements at the end. Sums of 1 to n and of squared deviations, n(n^2 -

@@ -151,6 +151,19 @@ Spread welchSpread(const Sample& one, const Sample& two) {
   return {isWhole ? whole : std::floor(df), checked::root(v1 + v2)};
 }
 
+/// The slots that the results of two samples begin with.
+template <class Slots>
+void putSamples(DoubleArray& result, const Sample& one, const Sample& two) {
+  result(Slots::N1) = one.n;
+  result(Slots::Mean1) = one.mean;
+  result(Slots::SD1) = one.sd;
+  result(Slots::SE1) = one.se();
+  result(Slots::N2) = two.n;
+  result(Slots::Mean2) = two.mean;
+  result(Slots::SD2) = two.sd;
+  result(Slots::SE2) = two.se();
+}
+
 DoubleArray twoT(WorksheetFunction& host, const Sample& one, const Sample& two, double TestMeanD,
                  double CLevel, std::string_view testType, bool equalVariance) {
   const double difference = one.mean - two.mean;
@@ -160,14 +173,7 @@ DoubleArray twoT(WorksheetFunction& host, const Sample& one, const Sample& two, 
       judge(host, testType, t, difference, spread.se, CLevel, tReference(host, t, spread.df, CLevel));
 
   DoubleArray result(TwoT::size);
-  result(TwoT::N1) = one.n;
-  result(TwoT::Mean1) = one.mean;
-  result(TwoT::SD1) = one.sd;
-  result(TwoT::SE1) = one.se();
-  result(TwoT::N2) = two.n;
-  result(TwoT::Mean2) = two.mean;
-  result(TwoT::SD2) = two.sd;
-  result(TwoT::SE2) = two.se();
+  putSamples<TwoT>(result, one, two);
   result(TwoT::Difference) = difference;
   result(TwoT::Lower) = verdict.lower;
   result(TwoT::Upper) = verdict.upper;
@@ -236,14 +242,7 @@ void yHTest::PairedTOutput(const DoubleArray& dy1, const DoubleArray& dy2, doubl
   }
 
   DoubleArray result(PairedT::size);
-  result(PairedT::N1) = one.n;
-  result(PairedT::Mean1) = one.mean;
-  result(PairedT::SD1) = one.sd;
-  result(PairedT::SE1) = one.se();
-  result(PairedT::N2) = two.n;
-  result(PairedT::Mean2) = two.mean;
-  result(PairedT::SD2) = two.sd;
-  result(PairedT::SE2) = two.se();
+  putSamples<PairedT>(result, one, two);
   result(PairedT::NDifference) = pairs.n;
   result(PairedT::MeanDifference) = pairs.mean;
   result(PairedT::SDDifference) = pairs.sd;

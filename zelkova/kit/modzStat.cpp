@@ -1,8 +1,9 @@
 #include "zelkova/kit/modzStat.h"
 
 #include <algorithm>
+#include <cmath>
+#include <vector>
 
-#include "zelkova/frame/RunningObjects.h"
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/kit/Levels.h"
 #include "zelkova/kit/summary.h"
