@@ -4,7 +4,6 @@
 #include <cmath>
 #include <memory>
 #include <optional>
-#include <ranges>
 
 #include "zelkova/frame/RunningObjects.h"
 #include "zelkova/frame/arithmetic.h"
@@ -71,7 +70,8 @@ double chooseWidth(double range, double target, bool wholeData) {
   const auto widths = candidateWidths(range / target);
   std::optional<double> chosen;
   double nearest = 0;
-  for (const double width : std::views::reverse(widths)) {
+  for (std::size_t i = widths.size(); i-- > 0;) {
+    const double width = widths[i];
     const double intervals = range / width;
     const double distance = std::abs(intervals - target);
     if (intervals > mostIntervals || (wholeData && !isWhole(width))) continue;
