@@ -2,16 +2,21 @@
 
 PREFIX ?= /usr/local
 
-.PHONY: run test bench docs format install program build packages sanitizers lint format-check
+.PHONY: run test bench bench-server docs format install program build server package packages server-packages \
+  sanitizers lint format-check
 
 run: program
 	examples/first_study.sh build/release/bin/zelkova
 
-test: build
+test: build server
 	ctest --preset release
 
 bench: build
 	build/release/bin/zelkova-bench $(ARGS)
+
+# What a call through automation costs; under Wine.
+bench-server: build server
+	component/tests/run x64 benchmark
 
 # The reference pages come from the catalogue; a test fails when they are stale.
 docs: build
@@ -31,6 +36,14 @@ build: packages
 	cmake --preset release
 	cmake --build --preset release
 
+# The component server of both widths, cross-built; its interface definition comes from the native build.
+server: server-packages build
+	for width in x64 x86; do cmake --preset server-$$width && cmake --build --preset server-$$width || exit 1; done
+
+# Zip files of the component server in dist/.
+package: server
+	component/package
+
 sanitizers: packages
 	cmake --preset sanitizers
 	cmake --build --preset sanitizers
@@ -47,3 +60,6 @@ lint: build
 
 packages:
 	.ci/install-packages
+
+server-packages:
+	.ci/install-packages server

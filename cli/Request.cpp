@@ -203,6 +203,8 @@ Value valueFromJson(const Argument& argument, const json& value) {
       return arrayFromJson<std::string>(argument, value, text);
     case ValueType::MixedValues:
       return arrayFromJson<Variant>(argument, value, mixed);
+    case ValueType::Sheet:
+      refuse(argument, "is a worksheet, which a request cannot hold");
   }
   refuseType(argument, value);
 }
@@ -234,6 +236,8 @@ Value valueFromText(const Argument& argument, const std::string& text) {
       return listFromText(text, [](std::string_view entry) { return std::string(entry); });
     case ValueType::MixedValues:
       return listFromText(text, mixedFromText);
+    case ValueType::Sheet:
+      refuse(argument, "is a worksheet, which a request cannot hold");
   }
   refuse(argument, "cannot be given");
 }

@@ -13,6 +13,9 @@ void append(std::string& out, std::int16_t x) { out += std::to_string(x); }
 void append(std::string& out, bool x) { out += x ? "true" : "false"; }
 void append(std::string& out, const std::string& text) { out += jsonText(text); }
 void append(std::string& out, std::monostate) { out += "null"; }
+void append(std::string& out, const std::shared_ptr<Sheet>& sheet) {
+  out += sheet == nullptr ? "null" : jsonText(sheet->name());
+}
 
 void append(std::string& out, const Variant& value) {
   if (value.isNumber()) return append(out, value.toNumber());

@@ -28,6 +28,9 @@ class Show {
     return value.isNumber() ? shown(value.toNumber()) : value.toText();
   }
   std::string shown(std::monostate) const { return "-"; }
+  std::string shown(const std::shared_ptr<Sheet>& sheet) const {
+    return sheet == nullptr ? "-" : sheet->name();
+  }
 
   template <class T>
   std::string block(const Argument& argument, const T& scalar) const {

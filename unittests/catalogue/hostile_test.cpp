@@ -39,6 +39,8 @@ class Hostile {
         return array<std::string>(argument.shape, [this] { return text(); });
       case ValueType::MixedValues:
         return array<Variant>(argument.shape, [this] { return mixed(); });
+      case ValueType::Sheet:
+        return std::shared_ptr<Sheet>();
     }
     return {};
   }

@@ -13,11 +13,11 @@ namespace zelkova {
 
 namespace {
 
-template <std::size_t I = 1>
-Value emptyValue(ValueType type) {
+template <std::size_t I>
+Value emptyAlternative(ValueType type) {
   if constexpr (I < std::variant_size_v<Value>) {
     if (static_cast<std::size_t>(type) == I) return Value(std::in_place_index<I>);
-    return emptyValue<I + 1>(type);
+    return emptyAlternative<I + 1>(type);
   } else {
     return {};
   }
@@ -39,6 +39,8 @@ void prepare(const Argument& argument, Value& value) {
 }
 
 }  // namespace
+
+Value emptyValue(ValueType type) { return emptyAlternative<1>(type); }
 
 std::string inWords(ValueType type, Shape shape) {
   const std::string array = shape == Shape::Vector  ? "vector"
@@ -63,6 +65,8 @@ std::string inWords(ValueType type, Shape shape) {
       return array + " of texts";
     case ValueType::MixedValues:
       return array + " of numbers and texts";
+    case ValueType::Sheet:
+      return "worksheet";
   }
   return "nothing";
 }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "zelkova/frame/Array.h"
+#include "zelkova/frame/Host.h"
 #include "zelkova/frame/Variant.h"
 
 namespace zelkova {
@@ -18,12 +19,15 @@ namespace zelkova {
 /// One argument or result on its way between a front end and a method; `std::monostate` is an argument left
 /// out. The alternatives stand in the order of `ValueType`.
 using Value = std::variant<std::monostate, double, std::int16_t, bool, std::string, Variant, DoubleArray,
-                           StringArray, VariantArray>;
+                           StringArray, VariantArray, std::shared_ptr<Sheet>>;
 
 /// What an argument is, as the method's own signature says.
-enum class ValueType { None, Double, Integer, Flag, Text, Mixed, Doubles, Texts, MixedValues };
+enum class ValueType { None, Double, Integer, Flag, Text, Mixed, Doubles, Texts, MixedValues, Sheet };
 
 inline ValueType typeOf(const Value& value) { return static_cast<ValueType>(value.index()); }
+
+/// 0, false, the empty text or an array that was never filled.
+Value emptyValue(ValueType type);
 
 /// "number", "vector of texts", ...: the type in words; `shape` tells for arrays.
 enum class Shape { Vector, Table, VectorOrTable };

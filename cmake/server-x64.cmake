@@ -1,0 +1,5 @@
+# Builds for 64-bit Windows, as the component server is.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+set(triple x86_64-w64-mingw32)
+include(${CMAKE_CURRENT_LIST_DIR}/server.cmake)

@@ -1,0 +1,45 @@
+#include "component/invoke.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "zelkova/frame/Failure.h"
+
+namespace zelkova {
+
+Member::Member(IDispatch* object, const wchar_t* name) : object_(object) {
+  auto* text = const_cast<wchar_t*>(name);
+  if (FAILED(object->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id_))) id_ = DISPID_UNKNOWN;
+}
+
+OwnedVariant Member::get(std::span<OwnedVariant> arguments) const {
+  return invoke(DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments);
+}
+
+void Member::put(OwnedVariant value) const { invoke(DISPATCH_PROPERTYPUT, {&value, 1}); }
+
+OwnedVariant Member::invoke(WORD flags, std::span<OwnedVariant> arguments) const {
+  std::vector<VARIANT> reversed(arguments.rbegin(), arguments.rend());
+  DISPID assigned = DISPID_PROPERTYPUT;
+  const bool puts = flags == DISPATCH_PROPERTYPUT;
+  DISPPARAMS parameters = {reversed.data(), puts ? &assigned : nullptr, static_cast<UINT>(reversed.size()),
+                           puts ? 1U : 0U};
+  OwnedVariant result;
+  EXCEPINFO exception{};
+  UINT wrong = 0;
+  const HRESULT outcome = object_->Invoke(id_, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
+                                          puts ? nullptr : &result, &exception, &wrong);
+  if (SUCCEEDED(outcome)) return result;
+  if (outcome == DISP_E_EXCEPTION && exception.pfnDeferredFillIn != nullptr) {
+    exception.pfnDeferredFillIn(&exception);
+  }
+  const std::string text = exception.bstrDescription != nullptr ? utf8(exception.bstrDescription)
+                           : outcome == DISP_E_EXCEPTION && exception.scode != 0 ? systemText(exception.scode)
+                                                                                 : systemText(outcome);
+  SysFreeString(exception.bstrDescription);
+  SysFreeString(exception.bstrSource);
+  SysFreeString(exception.bstrHelpFile);
+  throw Failure(static_cast<int>(FailureNumber::HostRefused), text);
+}
+
+}  // namespace zelkova

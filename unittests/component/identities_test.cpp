@@ -1,0 +1,47 @@
+#include "component/identities.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+
+#include "component/idl.h"
+
+namespace zelkova {
+namespace {
+
+struct Identities {
+  const char* ofClass;
+  const char* ofInterface;
+};
+
+// Clients hold on to these: an identity that changes breaks every one that was compiled. The values come from
+// Python's uuid.uuid5 of the same names.
+const std::map<std::string, Identities> held = {
+    {"yPath", {"{DB402104-F5D3-518D-A4A4-6F5CE822949A}", "{137CE393-DD97-50CD-BFC5-8CF7390327CB}"}},
+    {"yDStat", {"{EF3F2BEE-1479-5343-8AF4-F9B7AB69E389}", "{B515D279-6AED-5C67-B9E2-560514C1F90E}"}},
+    {"yHTest", {"{3C34C7E8-846C-5C82-9072-3F09C7A9093C}", "{2BFCC447-7261-553C-A6B4-7FE19DE942AC}"}},
+};
+
+TEST(Identities, NeverChange) {
+  EXPECT_EQ(identities::ofLibrary(), "{5F04D1D0-4831-5906-8086-E965D7785972}");
+  for (const Class& c : Catalogue::get().classes()) {
+    ASSERT_TRUE(held.contains(c.name)) << c.name << " needs a line above";
+    EXPECT_EQ(identities::ofClass(c.name), held.at(c.name).ofClass);
+    EXPECT_EQ(identities::ofInterface(c.name), held.at(c.name).ofInterface);
+  }
+  // FNV-1a, folded to 30 bits, by a few lines of Python.
+  EXPECT_EQ(identities::ofMethod("AppPath"), 260467498);
+  EXPECT_EQ(identities::ofMethod("onetoutput"), 74233609);
+}
+
+TEST(Identities, TellEveryMethodOfAClassApart) {
+  for (const Class& c : Catalogue::get().classes()) {
+    std::set<std::int32_t> ids;
+    for (const Method& method : c.methods) ids.insert(identities::ofMethod(method.name));
+    EXPECT_EQ(ids.size(), c.methods.size()) << c.name;
+  }
+}
+
+}  // namespace
+}  // namespace zelkova
