@@ -23,6 +23,17 @@ void describeHypothesis(std::vector<Class>& classes) {
       "case "
       "included, decides nothing: p-value and both limits are 0.";
 
+  const Note errorCode = Note("ErrorCode", "why the data are refused, if they are: then nothing else is set")
+                             .inOut()
+                             .optional(std::string());
+  const Note grouped("dy", "the data, all groups");
+  const Note labels("dx", "the group of each value");
+  const Note jointConfidence("CLevel", "joint confidence of all limits as a fraction, such as 0.95");
+  const Note categories("Category", "the groups in order of first appearance");
+  const Note observations = Note("dym", "a row an observation, a column a variable").table();
+  const char* const testInLastRow =
+      "Statistic and p-value stand in the last row; above it those columns are empty.";
+
   classes.push_back(
       Description<yHTest>("yHTest", "Hypothesis tests")
           .method("OneZOutput", &yHTest::OneZOutput, "One-sample z test of a mean, standard deviation known",
@@ -63,6 +74,78 @@ void describeHypothesis(std::vector<Class>& classes) {
                 "count in its "
                 "own mean and standard deviation only.")
           .note("Differences that are all equal leave limits, t and p-value without a value.")
+          .method("OnePOutput", &yHTest::OnePOutput, "One-sample test of a proportion, normal approximation",
+                  Note("dx", "number of events"), Note("dn", "number of trials"),
+                  Note("TestP", "the tested proportion, above 0 and below 1"), confidence, alternative,
+                  Note("OnePValue", "the test").slots(OneP::names))
+          .note(openLimit)
+          .note(
+              "The test takes the standard error under the tested proportion, the limits that of the sample. "
+              "A sample of nothing but events, or of none, has no limits.")
+          .method("TwoPOutput", &yHTest::TwoPOutput,
+                  "Two-sample test of the difference of two proportions, normal approximation",
+                  Note("dx1", "events in the first sample"), Note("dn1", "its trials"),
+                  Note("dx2", "events in the second sample"), Note("dn2", "its trials"),
+                  Note("TestP", "the tested difference of the proportions"), confidence, alternative,
+                  Note("TwoPValue", "the test").slots(TwoP::names))
+          .note(openLimit)
+          .note("The standard error is not pooled. Where it is 0 there are no limits, no z and no p-value.")
+          .method("ChisquareOutput", &yHTest::ChisquareOutput, "Chi-square test of a two-way table of counts",
+                  Note("OFreq", "the counts, whole numbers of at least 0").table(),
+                  Note("EFreq", "the expected counts, a table like the counts").table(),
+                  Note("ChiTable", "what each cell adds to chi-square").table(),
+                  Note("rowtotal", "the total of each row"), Note("coltotal", "the total of each column"),
+                  Note("Obstotal", "the total of all"),
+                  Note("ChisquareValue", "the test").slots(ChiSquareTest::names), errorCode)
+          .note("Refused: \"Invalid data\" where a cell is negative or not whole, \"Rows all zeros\", "
+                "\"Columns all zeros\".")
+          .note(
+              "There is no correction for continuity. Mind the number of cells with an expected count below "
+              "5: the p-value is an approximation that wants few of them.")
+          .method("GOFOutput", &yHTest::GOFOutput, "Chi-square test of goodness of fit",
+                  Note("dyy", "the category of each row"), Note("dff", "the count of each row"),
+                  Note("dPp", "the tested proportion of each row; equal ones where it is left out"),
+                  Note("dy", "the categories in order of first appearance"), Note("df", "their counts"),
+                  Note("dp", "their tested proportions"), Note("dExp", "their expected counts"),
+                  Note("ChiS", "the test").slots(GoodnessOfFit::names),
+                  Note("Ctable", "what each category adds to chi-square"), errorCode)
+          .note("Refused: \"Invalid data\" where a count is negative, \"Invalid Proportions\" where rows of "
+                "one category name different proportions or a proportion is negative.")
+          .note("The proportions are taken as they are: nothing checks that they add up to 1.")
+          .method("FTestOutput", &yHTest::FTestOutput, "F test of two variances, two-sided", grouped, labels,
+                  Note("CLevel", "only passed on to its slot"),
+                  Note("FTestValue", "the test").slots(FTest::names), Note("Category", "the two labels"))
+          .note("The groups are those of the first two labels; rows with a third are left out.")
+          .note("Where the second variance is 0 there is no F and no p-value.")
+          .method("FTestOutput_S", &yHTest::FTestOutput_S, "F test of two variances from two summaries",
+                  Note("dSD1", "standard deviation of the first sample"), Note("dn1", "its number of values"),
+                  Note("dSD2", "standard deviation of the second sample"),
+                  Note("dn2", "its number of values"), Note("CLevel", "only passed on to its slot"),
+                  Note("FTestValue", "the test").slots(FTest::names))
+          .note("Where the second variance is 0 there is no F and no p-value.")
+          .method("BarlettOutput", &yHTest::BarlettOutput, "Bartlett's test of equal variances", grouped,
+                  labels, jointConfidence,
+                  Note("BarlettValue", "a row a group").table().slots(EqualVariances::names), categories)
+          .note(testInLastRow)
+          .note(
+              "A group whose values are all equal, or that has only one, has no limits, and then there is no "
+              "statistic and no p-value.")
+          .method("LeveneOutput", &yHTest::LeveneOutput,
+                  "Levene's test of equal variances, about the medians (Brown and Forsythe)", grouped, labels,
+                  jointConfidence, Note("LeveneValue", "a row a group").table().slots(EqualVariances::names),
+                  categories)
+          .note(testInLastRow)
+          .note(
+              "Where the values of every group are equally far from its median there is no statistic and no "
+              "p-value. A group whose values are all equal, or that has only one, has no limits.")
+          .method("CorrelationOutput", &yHTest::CorrelationOutput,
+                  "Pearson correlations of all pairs of columns", observations,
+                  Note("corr", "the correlation of columns i < j in row i, column j - 1; else 0").table(),
+                  Note("Pvalue", "its two-sided p-value, in the same place").table())
+          .note("A column without spread has no correlations, and a perfect correlation has no p-value.")
+          .method("CovarianceOutput", &yHTest::CovarianceOutput, "Covariances of all pairs of columns",
+                  observations,
+                  Note("Cov", "the covariance of columns i <= j in row i, column j; below that 0").table())
           .done());
 }
 

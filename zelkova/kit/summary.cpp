@@ -1,5 +1,7 @@
 #include "zelkova/kit/summary.h"
 
+#include <algorithm>
+
 #include "zelkova/frame/RunningObjects.h"
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/kit/order.h"
@@ -81,6 +83,14 @@ std::vector<double> sortedCopy(const DoubleArray& data) {
   checked::finite(sorted.front());
   checked::finite(sorted.back());
   return sorted;
+}
+
+double selectMedian(std::span<double> values) {
+  const auto middle = values.begin() + static_cast<Index>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  // Adding 0 keeps the sign of a zero from depending on how the values were selected.
+  if (values.size() % 2 != 0) return *middle + 0.0;
+  return checked::finite((*std::max_element(values.begin(), middle) + *middle) / 2);
 }
 
 double median(std::span<const double> sorted) {

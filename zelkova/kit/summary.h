@@ -17,6 +17,9 @@ struct Limits {
 /// A sorted copy of a column; failure 9 where the array was never filled.
 std::vector<double> sortedCopy(const DoubleArray& data);
 
+/// As `GetMedian`, of finite values in any order, which it changes: selected, not sorted.
+double selectMedian(std::span<double> values);
+
 /// As `GetMedian`, `GetQ1` and `GetQ3`.
 double median(std::span<const double> sorted);
 double lowerQuartile(std::span<const double> sorted);
