@@ -133,7 +133,9 @@ TEST_F(TestsOnVariances, RefuseWhatTheyCannotCompare) {
   const StringArray one{"a", "a", "a"};
   EXPECT_EQ(failureNumber([&] { test.BarlettOutput({1, 2, 4}, one, 0.95, result, categories); }), 11);
   EXPECT_EQ(failureNumber([&] { test.LeveneOutput({1, 2, 4}, one, 0.95, result, categories); }), 11);
-  EXPECT_EQ(failureNumber([&] { test.LeveneOutput(weight, group, 95, result, categories); }), 1004);
+  for (const double confidence : {95.0, std::nextafter(1.0, 0.0)}) {
+    EXPECT_EQ(failureNumber([&] { test.LeveneOutput(weight, group, confidence, result, categories); }), 1004);
+  }
   EXPECT_EQ(failureNumber([&] { test.BarlettOutput(weight, one, 0.95, result, categories); }), 9);
   EXPECT_FALSE(result.filled() || categories.filled());
 }

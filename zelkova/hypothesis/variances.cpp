@@ -66,11 +66,18 @@ double totalCount(const std::vector<Spread>& spreads) {
   return n;
 }
 
+double chiSquareQuantile(WorksheetFunction& host, double upperTail, double df) {
+  // deliberate: 1 stands for the quantiles that do not exist, at a confidence of 1 for instance.
+  if (upperTail == 0 || upperTail == 1) return 1;
+  // The opposite limit, whose tail rounds to 1, would be taken for one at a confidence of 1.
+  if (1 - upperTail == 1) raise(FailureNumber::HostRefused, "ChiInv: CLevel is too close to 1");
+  return host.ChiInv(upperTail, df);
+}
+
 /// sqrt(df variance / chi), chi being the point with the probability `upperTail` above it.
 double sdLimit(WorksheetFunction& host, const Spread& spread, double upperTail) {
   const double df = spread.n - 1;
-  // deliberate: 1 stands for the quantiles that do not exist, at a confidence of 1 for instance.
-  const double chi = upperTail == 0 || upperTail == 1 ? 1 : host.ChiInv(upperTail, df);
+  const double chi = chiSquareQuantile(host, upperTail, df);
   return checked::root(checked::quotient(df * spread.variance, chi));
 }
 
