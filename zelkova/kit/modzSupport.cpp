@@ -14,16 +14,6 @@ namespace zelkova {
 
 namespace {
 
-template <class T>
-Array<T> distinct(const Array<T>& values) {
-  const std::span<const T> elements = values.vector();
-  const Levels levels(elements);
-  std::vector<T> result;
-  result.reserve(levels.firsts().size());
-  for (const Index first : levels.firsts()) result.push_back(elements[static_cast<std::size_t>(first)]);
-  return Array<T>(std::move(result));
-}
-
 /// For rows in rank order, each row's rank, by place; members of a run of ties get the mean of their places.
 DoubleArray averagedRanks(const std::vector<order::Row>& sorted) {
   DoubleArray ranks(static_cast<Index>(sorted.size()));
@@ -81,9 +71,13 @@ std::optional<double> wholeNumber(const Variant& argument) {
 
 }  // namespace
 
-void GetUniqueD(const DoubleArray& data, DoubleArray& result) { result = distinct(data); }
+void GetUniqueD(const DoubleArray& data, DoubleArray& result) {
+  result = Levels(data.vector()).distinct(data);
+}
 
-void GetUniqueS(const StringArray& labels, StringArray& result) { result = distinct(labels); }
+void GetUniqueS(const StringArray& labels, StringArray& result) {
+  result = Levels(labels.vector()).distinct(labels);
+}
 
 bool IsFilledD(const DoubleArray& array) { return array.filled(); }
 
