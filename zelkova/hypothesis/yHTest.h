@@ -74,9 +74,9 @@ class yHTest : public HostBound {
                      const std::string& TestType, DoubleArray& PTValue, DoubleArray& Difference) const;
 
   // The tests on ranks and medians. A result that a test does not give is `NoValue`: the p-value where
-  // `TestType` is no alternative, too. Of labels there must be as many as values: failure 9 where there are
-  // fewer, or where a label beyond the last value makes a group of its own; other labels beyond it do not
-  // count. Failure 6 where a result overflows.
+  // `TestType` is no alternative, too. Failure 9 where there are fewer labels than values, or where a label
+  // beyond the last value makes a group of its own (an unbalanced layout in Friedman's test); other labels
+  // beyond it do not count. Failure 6 where a result overflows.
 
   /// Wilcoxon's signed rank test (Wilcoxon, 1945) of the median of `dy` against `TestMedian`, by the normal
   /// approximation with continuity correction and tie term. The estimate is the median of the Walsh averages

@@ -42,15 +42,16 @@ LogTails logTails(WorksheetFunction& host, double x, double mean, double sd) {
 double andersonDarling(WorksheetFunction& host, std::span<const double> sorted, double mean, double sd) {
   const auto n = static_cast<double>(sorted.size());
   std::vector<double> terms;
-  terms.reserve(sorted.size());
+  terms.reserve(sorted.size() + 1);
   double i = 0;
   for (const double x : sorted) {
     ++i;
     const auto [below, above] = logTails(host, x, mean, sd);
     terms.push_back((2 * i - 1) * below + (2 * (n - i) + 1) * above);
   }
-  // The sum and n nearly cancel: hence the compensated sum.
-  return -n - compensatedSum(terms) / n;
+  // A squared is what little is left of these terms and n squared.
+  terms.push_back(n * n);
+  return -compensatedSum(terms) / n;
 }
 
 double andersonDarlingPValue(double a) {

@@ -35,16 +35,14 @@ double medianOf(Index count, Select kth) {
   return checked::finite((kth(count / 2) + kth(count / 2 + 1)) / 2);
 }
 
-double average(double a, double b) { return (a + b) / 2; }
-
-Index averagesUpTo(std::span<const double> sorted, double bound) {
+Index sumsUpTo(std::span<const double> sorted, double bound) {
   const double* const x = sorted.data();
   Index count = 0;
   Index i = 0;
   Index j = static_cast<Index>(sorted.size()) - 1;
   while (i <= j) {
     // Without a branch: no processor can foresee which way the staircase turns.
-    const Index within = average(x[i], x[j]) <= bound ? 1 : 0;
+    const Index within = x[i] + x[j] <= bound ? 1 : 0;
     count += -within & (j - i + 1);
     i += within;
     j -= 1 - within;
@@ -72,8 +70,10 @@ Index differencesUpTo(std::span<const double> sortedX, std::span<const double> s
 }  // namespace
 
 double walshAverage(std::span<const double> sorted, Index k) {
-  return select(average(sorted.front(), sorted.front()), average(sorted.back(), sorted.back()), k,
-                [sorted](double bound) { return averagesUpTo(sorted, bound); });
+  // Halving keeps the order, so the sums are selected from.
+  return select(2 * sorted.front(), 2 * sorted.back(), k,
+                [sorted](double bound) { return sumsUpTo(sorted, bound); }) /
+         2;
 }
 
 double walshMedian(std::span<const double> sorted) {
