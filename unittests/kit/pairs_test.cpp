@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
+#include <cmath>
 #include <random>
 #include <vector>
 
@@ -27,7 +27,7 @@ std::vector<std::vector<double>> columns(std::mt19937_64& random) {
     result.push_back(draw(n, [&] { return 1e6 + normal(random) / 1e3; }));
     result.push_back(draw(n, [&] { return std::round(normal(random)); }));
     result.push_back(draw(n, [&] { return normal(random) * std::exp(100 * normal(random)); }));
-    result.push_back(std::vector<double>(n, -0.1));
+    result.emplace_back(n, -0.1);
   }
   return result;
 }
