@@ -7,6 +7,7 @@
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/TestType.h"
 #include "zelkova/frame/arithmetic.h"
+#include "zelkova/hypothesis/chiSquareTerm.h"
 #include "zelkova/hypothesis/verdict.h"
 #include "zelkova/hypothesis/yHTest.h"
 #include "zelkova/kit/Levels.h"
@@ -15,6 +16,7 @@
 
 namespace zelkova {
 
+using hypothesis::chiSquareTerm;
 using hypothesis::judge;
 using hypothesis::Verdict;
 using hypothesis::zReference;
@@ -54,11 +56,6 @@ bool areCounts(std::span<const double> cells) { return std::all_of(cells.begin()
 
 bool haveZero(std::span<const double> totals) {
   return std::find(totals.begin(), totals.end(), 0) != totals.end();
-}
-
-/// What a cell or a category adds to chi-square.
-double contribution(double observed, double expected) {
-  return checked::quotient((observed - expected) * (observed - expected), expected);
 }
 
 /// The proportion that the rows of each category agree on; never filled where they do not, or where one is
@@ -168,7 +165,7 @@ void yHTest::ChisquareOutput(const DoubleArray& OFreq, DoubleArray& EFreq, Doubl
     for (Index i = 1; i <= rows; ++i) {
       const double e = checked::quotient(rowTotals(i) * columnTotals(j), total);
       expected(i, j) = e;
-      contributions(i, j) = contribution(OFreq(i, j), e);
+      contributions(i, j) = chiSquareTerm(OFreq(i, j), e);
       result(ChiSquareTest::ChiSquare) += contributions(i, j);
       if (e < 5) ++result(ChiSquareTest::ExpectedBelow5);
     }
@@ -217,7 +214,7 @@ void yHTest::GOFOutput(const StringArray& dyy, const DoubleArray& dff, const Dou
   DoubleArray contributions(k);
   for (Index i = 1; i <= k; ++i) {
     expected(i) = total * proportions(i);
-    contributions(i) = contribution(observed(i), expected(i));
+    contributions(i) = chiSquareTerm(observed(i), expected(i));
   }
   DoubleArray result(GoodnessOfFit::size);
   result(GoodnessOfFit::Total) = total;

@@ -24,6 +24,21 @@ ZELKOVA_SLOTS(GoodnessOfFit, Total, DF, ChiSquare, PValue);
 ZELKOVA_SLOTS(FTest, N1, N2, SD1, SD2, F, PValue, CLevel);
 ZELKOVA_SLOTS(EqualVariances, N, Mean, SD, Lower, Upper, Statistic, PValue);
 
+// The tests on ranks and medians. The slots of an interval that is interpolated between two others name the
+// one of smaller coverage `Inner`, the one of larger coverage `Outer`.
+ZELKOVA_SLOTS(OneWilcoxon, N, NonZero, W, PValue, EstimatedMedian, AchievedConfidence, Lower, Upper,
+              TestMedian);
+ZELKOVA_SLOTS(OneSign, N, Median, Below, Above, PValue, NonEqual, InnerCoverage, CLevel, OuterCoverage,
+              InnerLower, InterpolatedLower, OuterLower, InnerUpper, InterpolatedUpper, OuterUpper,
+              InnerPlace, OuterPlace, Reserved, TestMedian);
+ZELKOVA_SLOTS(TwoMannW, N1, N2, Median1, Median2, EstimatedDifference, W, PValue, PValueTies);
+ZELKOVA_SLOTS(KruskalWGroup, N, Median, MeanRank, Z);
+ZELKOVA_SLOTS(KruskalW, N, Median, MeanRank, H, DF, PValue, HTies, PValueTies);
+ZELKOVA_SLOTS(MoodsMGroup, AtOrBelow, Above, Median, InterquartileRange, Lower, Upper);
+ZELKOVA_SLOTS(MoodsM, ChiSquare, DF, PValue, Median);
+ZELKOVA_SLOTS(FriedmanTreatment, Blocks, EstimatedMedian, RankSum);
+ZELKOVA_SLOTS(Friedman, S, DF, PValue, STies, PValueTies, GrandMedian, Blocks);
+
 /// Hypothesis tests. Binds to the host.
 ///
 /// The tests on means share these arguments: `CLevel`, the confidence of the limits as a fraction such as
@@ -105,7 +120,8 @@ class yHTest : public HostBound {
 
   // Variances of the groups that the labels `dx` make of the values `dy`; `Category` gets the labels in order
   // of first appearance. A group of one value has the variance 0. Failure 9 where there are fewer labels than
-  // values, or a label without any.
+  // values, or where a label beyond the last value makes a group of its own; other labels beyond it do not
+  // count.
 
   /// F test of the variance of the first group against that of the second, two-sided; further groups are
   /// left out. `NoValue` in F and p-value where the second variance is 0, failure 11 where only the first is,
@@ -139,6 +155,49 @@ class yHTest : public HostBound {
   /// The covariance, divisor n - 1, of each pair of columns i <= j of the table `dym`, at (i, j) of the k x k
   /// table `Cov`, 0 below the diagonal. Failure 9 for a single row.
   void CovarianceOutput(const DoubleArray& dym, DoubleArray& Cov) const;
+
+  // The tests on ranks and medians. A result that a test does not give is `NoValue`: the p-value where
+  // `TestType` is no alternative, too. Failure 9 where there are fewer labels than values, or where a label
+  // beyond the last value makes a group of its own (an unbalanced layout in Friedman's test); other labels
+  // beyond it do not count. Failure 6 where a result overflows.
+
+  /// Wilcoxon's signed rank test (Wilcoxon, 1945) of the median of `dy` against `TestMedian`, by the normal
+  /// approximation with continuity correction and tie term. The estimate is the median of the Walsh averages
+  /// of all values (Hodges and Lehmann, 1963), the limits are two of them: those whose confidence by the
+  /// approximation is nearest to `CLevel`. Failure 1004 for a `CLevel` outside (0, 1).
+  void OneWilcoxonOutput(const DoubleArray& dy, double TestMedian, double CLevel, const std::string& TestType,
+                         DoubleArray& OneWilcoxonValue) const;
+
+  /// Sign test (Arbuthnot, 1710) of the median of `dy` against `TestMedian`, exact, with the limits of the
+  /// two pairs of order statistics around `CLevel` and those interpolated between them (Hettmansperger and
+  /// Sheather, 1986). Failure 5 for a `CLevel` outside (0, 1).
+  void OneSignOutput(const DoubleArray& dy, double TestMedian, double CLevel, const std::string& TestType,
+                     DoubleArray& OneSignValue) const;
+
+  /// Mann and Whitney's test (1947) of the medians of `dy1` and `dy2`, by the normal approximation with
+  /// continuity correction, without and with a correction for ties. The median of all differences between
+  /// the samples (Hodges and Lehmann, 1963) is estimated for fewer than 100000 pairs.
+  void TwoMannWOutput(const DoubleArray& dy1, const DoubleArray& dy2, const std::string& TestType,
+                      DoubleArray& TwoMannWValue) const;
+
+  /// Kruskal and Wallis' test (1952) that the groups of `dy` by the labels `dx` have one median, without and
+  /// with correction for ties. `KruskalWValue_I` gets a row for each group, in the order of `Category`.
+  /// Failure 11 for a single group.
+  void KruskalWOutput(const DoubleArray& dy, const StringArray& dx, DoubleArray& KruskalWValue_I,
+                      DoubleArray& KruskalWValue, StringArray& Category) const;
+
+  /// Mood's median test (Mood, 1950) that the groups of `dy` by the labels `dx` have one median.
+  /// `MoodsMValue_I` gets a row for each group, in the order of `Category`, with 95 percent limits of its
+  /// median. Failures: 11 where no value lies above the overall median, 1004 for a single group.
+  void MoodsMOutput(const DoubleArray& dy, const StringArray& dx, DoubleArray& MoodsMValue_I,
+                    DoubleArray& MoodsMValue, StringArray& Category, bool& Lessthan6) const;
+
+  /// Friedman's test (1937) that the treatments `dx1` have one median, the responses `dy` being ranked within
+  /// the blocks `dx2`, without and with correction for ties. `FriedmanValue_I` gets a row for each treatment,
+  /// in the order of `Category`; neither is assigned where the layout has not one response for each
+  /// treatment and block. Failure 1004 for a single treatment.
+  void FriedmanOutput(const DoubleArray& dy, const StringArray& dx1, const StringArray& dx2,
+                      DoubleArray& FriedmanValue_I, DoubleArray& FriedmanValue, StringArray& Category) const;
 };
 
 }  // namespace zelkova

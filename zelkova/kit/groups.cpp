@@ -20,12 +20,8 @@ Groups splitByLabel(const DoubleArray& values, const StringArray& labels) {
   for (std::size_t level = 0; level < counts.size(); ++level) members[level].reserve(counts[level]);
   for (std::size_t row = 0; row < rows.size(); ++row) members[levelOf(row)].push_back(rows[row]);
 
-  Groups groups{StringArray(levels.count()), {}};
-  for (Index level = 0; level < levels.count(); ++level) {
-    const auto at = static_cast<std::size_t>(level);
-    groups.labels(level + 1) = texts[static_cast<std::size_t>(levels.firsts()[at])];
-    groups.values.emplace_back(std::move(members[at]));
-  }
+  Groups groups{levels.distinct(labels), {}};
+  for (std::vector<double>& group : members) groups.values.emplace_back(std::move(group));
   return groups;
 }
 

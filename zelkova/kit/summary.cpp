@@ -136,10 +136,14 @@ Limits medianLimits(std::span<const double> sorted, double confidence) {
   if (d == 0) return {element(sorted, 1), element(sorted, n)};
 
   const double outer = coverage.outer(d);
-  const double i = checked::quotient(outer - c, outer - coverage.inner(d));
+  return limitsBetween(sorted, d, checked::quotient(outer - c, outer - coverage.inner(d)));
+}
+
+Limits limitsBetween(std::span<const double> sorted, Index d, double share) {
+  const auto n = static_cast<Index>(sorted.size());
   const double count = static_cast<double>(n);
   const double depth = static_cast<double>(d);
-  const double lambda = checked::quotient((count - depth) * i, (count - 2 * depth) * i + depth);
+  const double lambda = checked::quotient((count - depth) * share, (count - 2 * depth) * share + depth);
   return {(1 - lambda) * element(sorted, d) + lambda * element(sorted, d + 1),
           lambda * element(sorted, n - d) + (1 - lambda) * element(sorted, n - d + 1)};
 }

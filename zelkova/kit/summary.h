@@ -35,4 +35,9 @@ double sdUpperLimit(Index n, double variance, double confidence);
 /// As `GetMedianCI`.
 Limits medianLimits(std::span<const double> sorted, double confidence);
 
+/// Non-linear interpolation (Hettmansperger and Sheather, 1986) between the pair of order statistics d and
+/// n - d + 1 and the pair one place further in; `share` is the part of the way from the coverage of the first
+/// to that of the second.
+Limits limitsBetween(std::span<const double> sorted, Index d, double share);
+
 }  // namespace zelkova::summary
