@@ -60,6 +60,11 @@ TEST_F(TestsOnVariances, FTestAtItsEdges) {
   EXPECT_EQ(result(FTest::PValue), NoValue);
   EXPECT_EQ(result(FTest::SD2), 0);
 
+  // Labels beyond the last value do not count where neither group is of them alone.
+  test.FTestOutput({1, 2, 5, 6}, {"a", "a", "b", "b", "b", "c"}, 0.95, result, categories);
+  EXPECT_EQ(result(FTest::N2), 2);
+  EXPECT_EQ(result(FTest::F), 1);
+
   result = {};
   EXPECT_EQ(failureNumber([&] {
               test.FTestOutput({1, 2, 5}, {"b", "a", "a"}, 0.95, result, categories);

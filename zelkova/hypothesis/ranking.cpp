@@ -9,6 +9,9 @@
 namespace zelkova::ranking {
 
 PooledGroups::PooledGroups(std::span<const DoubleArray> groups) {
+  Index n = 0;
+  for (const DoubleArray& group : groups) n += group.size();
+  pooled_.reserve(static_cast<std::size_t>(n));
   for (const DoubleArray& group : groups) {
     for (const double x : group.vector()) pooled_.push_back({order::keyOf(checked::finite(x)), count()});
     starts_.push_back(pooled_.size());

@@ -55,11 +55,12 @@ class Pairs {
 }  // namespace
 
 SignInterval signInterval(WorksheetFunction& host, std::span<const double> sorted, double CLevel) {
-  if (!(CLevel > 0 && CLevel < 1)) raise(FailureNumber::InvalidCall, "CLevel must lie between 0 and 1");
+  if (!(CLevel >= 0 && CLevel <= 1)) raise(FailureNumber::InvalidCall, "CLevel must be from 0 to 1");
   const Pairs pairs(host, sorted);
   const double alpha = 1 - CLevel;
   SignInterval result;
-  if (pairs.missing(1) > alpha * (1 + rounding)) {
+  // No pair covers everything, though in a long column the outermost one misses too little for a double.
+  if (alpha == 0 || pairs.missing(1) > alpha * (1 + rounding)) {
     result.inner = pairs.interval(1);
     return result;
   }

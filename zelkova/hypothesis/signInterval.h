@@ -29,7 +29,7 @@ struct SignInterval {
 };
 
 /// Of a sorted column at the confidence `CLevel`, a fraction. Where no two pairs enclose it there is the
-/// outermost or the innermost pair alone. Failure 5 for a `CLevel` outside (0, 1).
+/// outermost or the innermost pair alone. Failure 5 for a `CLevel` outside [0, 1].
 SignInterval signInterval(WorksheetFunction& host, std::span<const double> sorted, double CLevel);
 
 }  // namespace zelkova

@@ -49,6 +49,8 @@ struct WalshLimits {
 /// The d-th Walsh averages from both ends, d being chosen so that the confidence is nearest to `CLevel`; none
 /// where that would be a place beyond the ends, for too few values.
 WalshLimits walshLimits(WorksheetFunction& host, std::span<const double> sorted, double CLevel) {
+  // A normal quantile exists for it, on the other side of the middle, where the limits would cross.
+  if (CLevel < 0) raise(FailureNumber::InvalidCall, "CLevel must not be negative");
   const auto n = static_cast<Index>(sorted.size());
   const SignedRankMoments moments(static_cast<double>(n));
   const double sd = std::sqrt(moments.variance);

@@ -164,13 +164,13 @@ class yHTest : public HostBound {
   /// Wilcoxon's signed rank test (Wilcoxon, 1945) of the median of `dy` against `TestMedian`, by the normal
   /// approximation with continuity correction and tie term. The estimate is the median of the Walsh averages
   /// of all values (Hodges and Lehmann, 1963), the limits are two of them: those whose confidence by the
-  /// approximation is nearest to `CLevel`. Failure 1004 for a `CLevel` outside (0, 1).
+  /// approximation is nearest to `CLevel`. Failure 5 for a negative `CLevel`, 1004 for one of 1 or more.
   void OneWilcoxonOutput(const DoubleArray& dy, double TestMedian, double CLevel, const std::string& TestType,
                          DoubleArray& OneWilcoxonValue) const;
 
   /// Sign test (Arbuthnot, 1710) of the median of `dy` against `TestMedian`, exact, with the limits of the
   /// two pairs of order statistics around `CLevel` and those interpolated between them (Hettmansperger and
-  /// Sheather, 1986). Failure 5 for a `CLevel` outside (0, 1).
+  /// Sheather, 1986). Failure 5 for a `CLevel` outside [0, 1].
   void OneSignOutput(const DoubleArray& dy, double TestMedian, double CLevel, const std::string& TestType,
                      DoubleArray& OneSignValue) const;
 
