@@ -4,12 +4,14 @@
 
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
+#include "zelkova/hypothesis/checkSummary.h"
 #include "zelkova/hypothesis/verdict.h"
 #include "zelkova/hypothesis/yHTest.h"
 #include "zelkova/kit/modzStat.h"
 
 namespace zelkova {
 
+using hypothesis::checkSummary;
 using hypothesis::judge;
 using hypothesis::Reference;
 using hypothesis::Verdict;
@@ -23,11 +25,9 @@ struct Sample {
   double se() const { return checked::quotient(sd, checked::root(n)); }
 };
 
-/// A summary that the caller made, in the arguments of these names; a negative spread would turn the test
-/// around.
+/// A summary that the caller made, in the arguments of these names.
 Sample given(double n, const char* nameOfN, double mean, double sd, const char* nameOfSD) {
-  if (n <= 0) raise(FailureNumber::InvalidCall, std::string(nameOfN) + " must be above 0");
-  if (sd < 0) raise(FailureNumber::InvalidCall, std::string(nameOfSD) + " must not be negative");
+  checkSummary(n, nameOfN, sd, nameOfSD);
   return {n, mean, sd};
 }
 

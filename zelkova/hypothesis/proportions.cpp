@@ -186,9 +186,8 @@ void yHTest::ChisquareOutput(const DoubleArray& OFreq, DoubleArray& EFreq, Doubl
 void yHTest::GOFOutput(const StringArray& dyy, const DoubleArray& dff, const DoubleArray& dPp,
                        StringArray& dy, DoubleArray& df, DoubleArray& dp, DoubleArray& dExp,
                        DoubleArray& ChiS, DoubleArray& Ctable, std::string& ErrorCode) const {
-  StringArray categories;
-  GetUniqueS(dyy, categories);
   const Levels levels(dyy.vector());
+  StringArray categories = levels.distinct(dyy);
   const Index k = levels.count();
 
   DoubleArray observed(k);

@@ -6,6 +6,7 @@
 
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
+#include "zelkova/hypothesis/checkSummary.h"
 #include "zelkova/hypothesis/yHTest.h"
 #include "zelkova/kit/groups.h"
 #include "zelkova/kit/modzStat.h"
@@ -26,8 +27,7 @@ Spread spreadOf(const DoubleArray& values) {
 
 /// A summary that the caller made, in the arguments of these names.
 Spread given(double sd, const char* nameOfSD, double n, const char* nameOfN) {
-  if (n <= 0) raise(FailureNumber::InvalidCall, std::string(nameOfN) + " must be above 0");
-  if (sd < 0) raise(FailureNumber::InvalidCall, std::string(nameOfSD) + " must not be negative");
+  hypothesis::checkSummary(n, nameOfN, sd, nameOfSD);
   return {n, sd * sd, sd};
 }
 
