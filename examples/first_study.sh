@@ -34,3 +34,23 @@ heading "Two sleeping drugs, ten patients, each under both (paired t test, Stude
 
 heading "The density of the earth: was Cavendish's mean below the 5.514 now known?"
 "$zelkova" call yHTest.OneTOutput dy=@cavendish.csv:density TestMean=5.514 CLevel=0.95 TestType="Less than"
+
+# Two suppliers: do the yarns of two wools break equally often? The variances first, for they decide how the means are
+# compared. The medians last: a few bad looms pull at variances and means, and little at them.
+
+heading "Two suppliers of wool, 27 looms each: do their numbers of breaks vary alike? (F test, for normal data)"
+"$zelkova" call yHTest.FTestOutput dy=@wool.csv:breaks dx=@wool.csv:supplier CLevel=0.95 --digits 8
+
+heading "The same by Levene's test, which does not mind that such counts are skewed: here it is less sure"
+"$zelkova" call yHTest.LeveneOutput dy=@wool.csv:breaks dx=@wool.csv:supplier CLevel=0.95 --digits 8
+
+heading "Where equal variances are in doubt, the means are compared without pooling them (two-sample t test, Welch)"
+"$zelkova" call yHTest.TwoTOutput dy1=@wool_by_supplier.csv:A dy2=@wool_by_supplier.csv:B \
+  TestMeanD=0 CLevel=0.95 TestType="Not equals" EqualVariance=false --digits 8
+
+heading "And the medians? (Mann-Whitney test)"
+"$zelkova" call yHTest.TwoMannWOutput dy1=@wool_by_supplier.csv:A dy2=@wool_by_supplier.csv:B \
+  TestType="Not equals" --digits 8
+
+heading "The same by Mood's median test, with limits for each supplier's median: no difference is shown by any of the three"
+"$zelkova" call yHTest.MoodsMOutput dy=@wool.csv:breaks dx=@wool.csv:supplier --digits 8

@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "host/EmbeddedWorksheetFunction.h"
-#include "host/compensatedSum.h"
 #include "host/domain.h"
 #include "zelkova/frame/NoValue.h"
+#include "zelkova/kit/compensatedSum.h"
 
 namespace zelkova {
 

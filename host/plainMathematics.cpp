@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "host/EmbeddedWorksheetFunction.h"
-#include "host/compensatedSum.h"
 #include "host/domain.h"
+#include "zelkova/kit/compensatedSum.h"
 
 namespace zelkova {
 

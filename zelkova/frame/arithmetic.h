@@ -66,6 +66,13 @@ void leaving(const Arrays&... arrays) {
 /// `x` rounded to the nearest whole number, a half to the even one.
 inline double roundHalfEven(double x) { return std::nearbyint(x); }
 
+/// `x` rounded to `decimals` places, a half to the even digit; numbers too large to have such places stay.
+inline double roundHalfEven(double x, int decimals) {
+  const double scale = std::pow(10.0, decimals);
+  const double scaled = x * scale;
+  return std::abs(scaled) < 0x1p53 ? roundHalfEven(scaled) / scale : x;
+}
+
 /// The integer nearest to `x`, a half to the even one; failure 6 where `T` cannot hold it.
 template <std::signed_integral T>
 T toInteger(double x) {

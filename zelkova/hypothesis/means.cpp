@@ -3,12 +3,19 @@
 #include <utility>
 
 #include "zelkova/frame/NoValue.h"
-#include "zelkova/frame/TestType.h"
 #include "zelkova/frame/arithmetic.h"
+#include "zelkova/hypothesis/checkSummary.h"
+#include "zelkova/hypothesis/verdict.h"
 #include "zelkova/hypothesis/yHTest.h"
 #include "zelkova/kit/modzStat.h"
 
 namespace zelkova {
+
+using hypothesis::checkSummary;
+using hypothesis::judge;
+using hypothesis::Reference;
+using hypothesis::Verdict;
+using hypothesis::zReference;
 
 namespace {
 
@@ -18,23 +25,15 @@ struct Sample {
   double se() const { return checked::quotient(sd, checked::root(n)); }
 };
 
-/// A summary that the caller made, in the arguments of these names; a negative spread would turn the test
-/// around.
+/// A summary that the caller made, in the arguments of these names.
 Sample given(double n, const char* nameOfN, double mean, double sd, const char* nameOfSD) {
-  if (n <= 0) raise(FailureNumber::InvalidCall, std::string(nameOfN) + " must be above 0");
-  if (sd < 0) raise(FailureNumber::InvalidCall, std::string(nameOfSD) + " must not be negative");
+  checkSummary(n, nameOfN, sd, nameOfSD);
   return {n, mean, sd};
 }
 
 Sample summary(const DoubleArray& dy) {
   return {static_cast<double>(GetCount(dy)), GetMean(dy), GetStdDev(dy)};
 }
-
-/// A test statistic's two tails and the two factors of its limits.
-struct Reference {
-  double lowerTail, upperTail;
-  double oneSided, twoSided;
-};
 
 Reference tReference(WorksheetFunction& host, double t, double df, double CLevel) {
   const double upperTail = host.TDist(std::abs(t), df, 1);
@@ -46,37 +45,6 @@ Reference tReference(WorksheetFunction& host, double t, double df, double CLevel
   const double twoSided = host.TInv(2 * half, df);
   const double oneSided = host.TInv(2 * alpha, df);
   return {1 - upperTail, upperTail, oneSided, twoSided};
-}
-
-Reference zReference(WorksheetFunction& host, double z, double CLevel) {
-  const double lowerTail = host.NormSDist(std::abs(z));
-  const double oneSided = std::abs(host.NormSInv(1 - CLevel));
-  const double twoSided = std::abs(host.NormSInv((1 - CLevel) / 2));
-  return {lowerTail, 1 - lowerTail, oneSided, twoSided};
-}
-
-/// What the alternative decides; 0 where it decides nothing.
-struct Verdict {
-  double lower = 0, upper = 0, p = 0;
-};
-
-Verdict judge(WorksheetFunction& host, std::string_view testType, double statistic, double centre, double se,
-              double CLevel, const Reference& reference) {
-  const auto [l, u, oneSided, twoSided] = reference;
-  const double reach = CLevel >= 0.5 ? se * oneSided : -se * oneSided;
-  Verdict verdict;
-  if (testType == TestType::LessThan) {
-    verdict.p = statistic >= 0 ? host.Max(l, u) : host.Min(l, u);
-    verdict.upper = centre + reach;
-  } else if (testType == TestType::GreaterThan) {
-    verdict.p = statistic >= 0 ? host.Min(l, u) : host.Max(l, u);
-    verdict.lower = centre - reach;
-  } else if (testType == TestType::NotEquals) {
-    verdict.p = 2 * host.Min(l, u);
-    verdict.lower = centre - se * twoSided;
-    verdict.upper = centre + se * twoSided;
-  }
-  return verdict;
 }
 
 DoubleArray oneZ(WorksheetFunction& host, const Sample& sample, double Sigma, double TestMean, double CLevel,

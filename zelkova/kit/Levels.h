@@ -20,6 +20,14 @@ class Levels {
   /// For each level, the place of its first element.
   const std::vector<Index>& firsts() const noexcept { return firsts_; }
 
+  /// The distinct values themselves; `values` is the column that was split.
+  template <class T>
+  Array<T> distinct(const Array<T>& values) const {
+    Array<T> result(count());
+    for (Index i = 0; i < count(); ++i) result(i + 1) = values(firsts_[static_cast<std::size_t>(i)] + 1);
+    return result;
+  }
+
   /// For each element, the number of its level.
   const std::vector<Index>& codes() const noexcept { return codes_; }
 

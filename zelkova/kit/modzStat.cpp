@@ -76,7 +76,11 @@ double GetVariance(const DoubleArray& data) {
 
 double GetStdDev(const DoubleArray& data) { return std::sqrt(GetVariance(data)); }
 
-double GetMedian(const DoubleArray& data) { return summary::median(summary::sortedCopy(data)); }
+double GetMedian(const DoubleArray& data) {
+  DoubleArray copy = data;
+  checked::leaving(copy);
+  return summary::selectMedian(copy.vector());
+}
 
 double GetQ1(const DoubleArray& data) { return summary::lowerQuartile(summary::sortedCopy(data)); }
 

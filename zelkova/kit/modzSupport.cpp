@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <optional>
+#include <utility>
 
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/frame/numberText.h"
@@ -13,28 +14,6 @@
 namespace zelkova {
 
 namespace {
-
-template <class T>
-Array<T> distinct(const Array<T>& values) {
-  const std::span<const T> elements = values.vector();
-  const Levels levels(elements);
-  std::vector<T> result;
-  result.reserve(levels.firsts().size());
-  for (const Index first : levels.firsts()) result.push_back(elements[static_cast<std::size_t>(first)]);
-  return Array<T>(std::move(result));
-}
-
-/// For rows in rank order, each row's rank, by place; members of a run of ties get the mean of their places.
-DoubleArray averagedRanks(const std::vector<order::Row>& sorted) {
-  DoubleArray ranks(static_cast<Index>(sorted.size()));
-  const std::span<double> byPlace = ranks.vector();
-  for (std::size_t first = 0, next = 0; first < sorted.size(); first = next) {
-    while (next < sorted.size() && sorted[next].key == sorted[first].key) ++next;
-    const double rank = static_cast<double>(first + 1 + next) / 2;
-    for (std::size_t i = first; i < next; ++i) byPlace[static_cast<std::size_t>(sorted[i].place)] = rank;
-  }
-  return ranks;
-}
 
 DoubleArray distinctRanks(const std::vector<order::Row>& sorted) {
   DoubleArray ranks(static_cast<Index>(sorted.size()));
@@ -81,9 +60,13 @@ std::optional<double> wholeNumber(const Variant& argument) {
 
 }  // namespace
 
-void GetUniqueD(const DoubleArray& data, DoubleArray& result) { result = distinct(data); }
+void GetUniqueD(const DoubleArray& data, DoubleArray& result) {
+  result = Levels(data.vector()).distinct(data);
+}
 
-void GetUniqueS(const StringArray& labels, StringArray& result) { result = distinct(labels); }
+void GetUniqueS(const StringArray& labels, StringArray& result) {
+  result = Levels(labels.vector()).distinct(labels);
+}
 
 bool IsFilledD(const DoubleArray& array) { return array.filled(); }
 
@@ -93,7 +76,9 @@ void GetRanks(const DoubleArray& data, DoubleArray& ranks, bool averageTies) {
   std::vector<order::Row> rows = order::rowsOf(data.vector());
   if (averageTies) {
     order::stableSort(rows);
-    ranks = averagedRanks(rows);
+    DoubleArray averaged(static_cast<Index>(rows.size()));
+    order::addRanks(rows, averaged.vector());
+    ranks = std::move(averaged);
   } else {
     order::quickSort(rows);
     ranks = distinctRanks(rows);

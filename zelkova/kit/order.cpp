@@ -170,6 +170,18 @@ bool haveTies(const std::vector<Row>& sorted) {
                             [](const Row& a, const Row& b) { return a.key == b.key; }) != sorted.end();
 }
 
+double addRanks(const std::vector<Row>& sorted, std::span<double> sums) {
+  double tieCube = 0;
+  for (std::size_t first = 0, next = 0; first < sorted.size(); first = next) {
+    while (next < sorted.size() && sorted[next].key == sorted[first].key) ++next;
+    const double rank = static_cast<double>(first + 1 + next) / 2;
+    for (std::size_t i = first; i < next; ++i) sums[static_cast<std::size_t>(sorted[i].place)] += rank;
+    const auto t = static_cast<double>(next - first);
+    tieCube += t * t * t - t;
+  }
+  return tieCube;
+}
+
 void quickSort(std::vector<Row>& rows) {
   std::vector<Row> sorted = rows;
   stableSort(sorted);

@@ -47,6 +47,11 @@ void stableSort(std::vector<Row>& rows);
 /// Whether any two neighbours of sorted rows have one key.
 bool haveTies(const std::vector<Row>& sorted);
 
+/// Adds each row's rank, ties averaged, to the sum that its place numbers, and returns the sum over the ties
+/// of t cubed minus t (as `GetTieCube`). With the number of a group for a place these are sums of ranks,
+/// exact up to some millions of rows.
+double addRanks(const std::vector<Row>& sorted, std::span<double> sums);
+
 /// The order in which the family's quick sort leaves rows that come in the order they stand.
 void quickSort(std::vector<Row>& rows);
 

@@ -1,5 +1,7 @@
 #include "zelkova/kit/summary.h"
 
+#include <algorithm>
+
 #include "zelkova/frame/RunningObjects.h"
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/kit/order.h"
@@ -83,6 +85,14 @@ std::vector<double> sortedCopy(const DoubleArray& data) {
   return sorted;
 }
 
+double selectMedian(std::span<double> values) {
+  const auto middle = values.begin() + static_cast<Index>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  // Adding 0 keeps the sign of a zero from depending on how the values were selected.
+  if (values.size() % 2 != 0) return *middle + 0.0;
+  return checked::finite((*std::max_element(values.begin(), middle) + *middle) / 2);
+}
+
 double median(std::span<const double> sorted) {
   const auto n = static_cast<Index>(sorted.size());
   if (n % 2 != 0) return element(sorted, n / 2 + 1);
@@ -126,10 +136,14 @@ Limits medianLimits(std::span<const double> sorted, double confidence) {
   if (d == 0) return {element(sorted, 1), element(sorted, n)};
 
   const double outer = coverage.outer(d);
-  const double i = checked::quotient(outer - c, outer - coverage.inner(d));
+  return limitsBetween(sorted, d, checked::quotient(outer - c, outer - coverage.inner(d)));
+}
+
+Limits limitsBetween(std::span<const double> sorted, Index d, double share) {
+  const auto n = static_cast<Index>(sorted.size());
   const double count = static_cast<double>(n);
   const double depth = static_cast<double>(d);
-  const double lambda = checked::quotient((count - depth) * i, (count - 2 * depth) * i + depth);
+  const double lambda = checked::quotient((count - depth) * share, (count - 2 * depth) * share + depth);
   return {(1 - lambda) * element(sorted, d) + lambda * element(sorted, d + 1),
           lambda * element(sorted, n - d) + (1 - lambda) * element(sorted, n - d + 1)};
 }

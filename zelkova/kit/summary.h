@@ -17,6 +17,9 @@ struct Limits {
 /// A sorted copy of a column; failure 9 where the array was never filled.
 std::vector<double> sortedCopy(const DoubleArray& data);
 
+/// As `GetMedian`, of finite values in any order, which it changes: selected, not sorted.
+double selectMedian(std::span<double> values);
+
 /// As `GetMedian`, `GetQ1` and `GetQ3`.
 double median(std::span<const double> sorted);
 double lowerQuartile(std::span<const double> sorted);
@@ -31,5 +34,10 @@ double sdUpperLimit(Index n, double variance, double confidence);
 
 /// As `GetMedianCI`.
 Limits medianLimits(std::span<const double> sorted, double confidence);
+
+/// Non-linear interpolation (Hettmansperger and Sheather, 1986) between the pair of order statistics d and
+/// n - d + 1 and the pair one place further in; `share` is the part of the way from the coverage of the first
+/// to that of the second.
+Limits limitsBetween(std::span<const double> sorted, Index d, double share);
 
 }  // namespace zelkova::summary
