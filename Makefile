@@ -55,8 +55,8 @@ format: packages
 format-check: packages
 	git ls-files -co --exclude-standard '*.h' '*.cpp' | xargs clang-format --dry-run --Werror
 
-lint: build
-	git ls-files -co --exclude-standard '*.cpp' ':!unittests/outside' | xargs -n 1 -P 2 clang-tidy --quiet -p build/release --extra-arg=-Wno-unknown-warning-option
+lint: build server
+	.ci/lint
 
 packages:
 	.ci/install-packages
