@@ -2,6 +2,7 @@
 
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "zelkova/frame/Array.h"
@@ -23,6 +24,15 @@ class Levels {
   /// For each element, the number of its level.
   const std::vector<Index>& codes() const noexcept { return codes_; }
 
+  /// The distinct elements of the column that the levels were made of.
+  template <class T>
+  Array<T> distinct(const Array<T>& column) const {
+    std::vector<T> result;
+    result.reserve(firsts_.size());
+    for (const Index first : firsts_) result.push_back(column(first + 1));
+    return Array<T>(std::move(result));
+  }
+
  private:
   template <class T>
   void collect(std::span<const T> values);
@@ -30,5 +40,8 @@ class Levels {
   std::vector<Index> firsts_;
   std::vector<Index> codes_;
 };
+
+/// As `IsBalanced` for the first `n` rows.
+bool isEvenlySpread(Index n, const Levels& factor1, const Levels& factor2, bool equalCounts, bool replicates);
 
 }  // namespace zelkova
