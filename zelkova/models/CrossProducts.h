@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+#include "zelkova/frame/Array.h"
+#include "zelkova/kit/doubleDouble.h"
+
+namespace zelkova {
+
+using Column = std::span<const double>;
+
+/// The columns of a table one by one; a vector counts as a table of one column. `name` is the argument's, for
+/// the text of failure 9 where the array was never filled.
+std::vector<Column> columnsOf(const DoubleArray& table, const char* name);
+
+/// The inner products of columns of equal length with each other: X'X, X'y and y'y in one table, formed once
+/// for all the models of a call. They are summed to well beyond a double's digits, because the differences
+/// that a regression takes of them (its sums of squares) cancel most of those digits.
+class CrossProducts {
+ public:
+  /// Failure 5009 for columns of unequal length, failure 6 where a product overflows.
+  explicit CrossProducts(const std::vector<Column>& columns);
+
+  std::size_t rows() const { return rows_; }
+  std::size_t columns() const { return columns_; }
+
+  /// The product of columns i and j, counted from 0.
+  const DoubleDouble& operator()(std::size_t i, std::size_t j) const { return products_[i * columns_ + j]; }
+
+  /// What rounding may have left in a product, relative to the lengths of the two columns.
+  double noise() const { return noise_; }
+
+ private:
+  std::size_t rows_;
+  std::size_t columns_;
+  double noise_;
+  std::vector<DoubleDouble> products_;
+};
+
+/// The sum of a column, in the same arithmetic.
+DoubleDouble extendedSum(Column column);
+
+}  // namespace zelkova
