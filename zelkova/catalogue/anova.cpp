@@ -2,6 +2,7 @@
 #include "zelkova/catalogue/subjects.h"
 #include "zelkova/models/yANOVA1.h"
 #include "zelkova/models/yANOVA2.h"
+#include "zelkova/models/yGLM.h"
 
 namespace zelkova {
 
@@ -64,11 +65,80 @@ Class twoWay() {
       .done();
 }
 
+Class generalLinearModel() {
+  return Description<yGLM>("yGLM", "General linear model")
+      .method(
+          "GLMOutput", &yGLM::GLMOutput,
+          "Analysis of variance with sequential and adjusted sums of squares, and coefficients",
+          Note("dy", "the data"), Note("dyn", "their name; enters no result"),
+          Note("df", "the levels of the factors, a column for each factor; may be left out").table(),
+          Note("dfn", "the factors' names"),
+          Note("dc", "the covariates, a column for each; may be left out").table(),
+          Note("dCn", "the covariates' names"),
+          Note("model",
+               "the terms: A, A*B (interaction), B(A) or C(A, B) (nested in), x*x (a covariate squared)"),
+          Note("ANOVAtable", "a row for each term, then error and total").table().slots(GLMSources::names),
+          Note("ANOVAlabel", "the rows of ANOVAtable"),
+          Note("regtable", "a row for each coefficient, the constant first")
+              .table()
+              .slots(GLMCoefficients::names),
+          Note("Reglabel", "the rows of regtable: A|a1 is level a1 of factor A"),
+          Note("DS", "S, the square root of the error mean square"), Note("r2", "R-squared"),
+          Note("R2a", "adjusted R-squared"), Note("FittedV", "the fitted values, when ResidualPlot is true"),
+          Note("Residual", "the residuals to 7 decimals, when ResidualPlot is true"),
+          Note("mterm", "the terms in canonical form"), Note("model2", "the terms as tables show them"),
+          Note("varcomp",
+               "the variance component of each term and the error mean square, when FNANOVA is true"),
+          Note("FNANOVA", "true asks for the variance components of a fully nested model"),
+          Note("ErrorCode", "set where the model or the data do not fit"),
+          Note("ResidualPlot",
+               "true fills FittedV and Residual in place of ANOVAtable, ANOVAlabel and varcomp")
+              .optional(false))
+      .note(
+          "Factors are in effect coding: a coefficient is a level's deviation from the mean of the levels, "
+          "and "
+          "that of the last level, in numeric-aware order, is minus the sum of the others. A coefficient of "
+          "an "
+          "interaction is named by its levels, A|a1*B|b1, one of a nested term by the inner level and, in "
+          "parentheses, the enclosing ones, B(A)|b1(a1).")
+      .note(
+          "Sequential sums of squares (Type I) are each term's after those before it in the model, adjusted "
+          "ones "
+          "(Type III) each term's after all others. F and p-value are from the adjusted mean square over "
+          "that of "
+          "the error.")
+      .note(
+          "A model must be hierarchical: A*B needs A and B, A*B*C the three pairs as well, B(A) needs A. A "
+          "factor "
+          "that encloses another may itself be nested: A, B(A), C(A, B). Names compare without regard to "
+          "case.")
+      .note(
+          "ErrorCode is one of: Factors must have more than 1 level; Illegal terms in model (unknown names, "
+          "empty "
+          "or repeated terms); Nested terms must be factors; Model is not hierarchical; Insufficient data "
+          "points "
+          "(more coefficients than values); Error: Collinearity (columns that depend on each other, such as "
+          "an "
+          "interaction with an empty cell, or data too large to square); Rank deficiency due to colinearity.")
+      .note(
+          "An error sum of squares below 1E-8, in the squared units of dy, or without degrees of freedom "
+          "counts as "
+          "an exact fit: what needs an error has no value.")
+      .note(
+          "A variance component is a term's mean square less that of the next term, or of the error for the "
+          "last, "
+          "over the number of values in a combination of the term's levels, n over their number. That is "
+          "exact for "
+          "balanced data. A negative one stays negative.")
+      .done();
+}
+
 }  // namespace
 
 void describeModels(std::vector<Class>& classes) {
   classes.push_back(oneWay());
   classes.push_back(twoWay());
+  classes.push_back(generalLinearModel());
 }
 
 }  // namespace zelkova

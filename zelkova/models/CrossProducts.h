@@ -2,9 +2,11 @@
 
 #include <cstddef>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "zelkova/frame/Array.h"
+#include "zelkova/frame/arithmetic.h"
 #include "zelkova/kit/doubleDouble.h"
 
 namespace zelkova {
@@ -22,6 +24,13 @@ class CrossProducts {
  public:
   /// Failure 5009 for columns of unequal length, failure 6 where a product overflows.
   explicit CrossProducts(const std::vector<Column>& columns);
+
+  /// Products of `columns` columns of `rows` elements, row by row, that were formed to the same precision
+  /// elsewhere. Failure 6 where one is not finite.
+  CrossProducts(std::size_t rows, std::size_t columns, std::vector<DoubleDouble> products)
+      : rows_(rows), columns_(columns), noise_(0x1p-95), products_(std::move(products)) {
+    for (const DoubleDouble& product : products_) checked::finite(product.high);
+  }
 
   std::size_t rows() const { return rows_; }
   std::size_t columns() const { return columns_; }

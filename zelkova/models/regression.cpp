@@ -1,9 +1,9 @@
-#include <cmath>
 #include <numeric>
 #include <utility>
 
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/models/regressionFit.h"
+#include "zelkova/models/residuals.h"
 #include "zelkova/models/yRegression.h"
 
 namespace zelkova {
@@ -33,23 +33,6 @@ struct Problem {
   }
 };
 
-DoubleArray residuals(Column y, const DoubleArray& fitted) {
-  DoubleArray result(fitted.rows());
-  const std::span<double> residual = result.vector();
-  const std::span<const double> fit = fitted.vector();
-  for (std::size_t i = 0; i < residual.size(); ++i) residual[i] = y[i] - fit[i];
-  return result;
-}
-
-/// To 7 decimals; numbers too large to have as many are left as they are.
-void roundForDisplay(DoubleArray& values) {
-  constexpr double scale = 1E+7;
-  constexpr double withoutDecimals = 0x1p52 / scale;
-  for (double& x : values.elements()) {
-    if (std::abs(x) < withoutDecimals) x = roundHalfEven(x * scale) / scale;
-  }
-}
-
 DoubleArray countingUp(Index n) {
   DoubleArray order(n);
   std::iota(order.elements().begin(), order.elements().end(), 1.0);
@@ -71,7 +54,6 @@ void yRegression::RegOutput(const DoubleArray& M_Y, const DoubleArray& M_X, Doub
   if (CalculateResidual) {
     fitted = fittedValues(problem.X, fit.coef);
     residual = residuals(problem.y, fitted);
-    // deliberate: callers show these as they come.
     roundForDisplay(residual);
   }
   checked::leaving(fit.RegMain, fitted, residual);
