@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <cstdint>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -417,6 +418,17 @@ TEST_F(GLM, TellsWhatCannotBeFitted) {
   EXPECT_EQ(errorOf(gap, {"A", "B", "A*B"}), "Error: Collinearity");
   run(gap, {"A", "B"});
   EXPECT_EQ(error, "");
+
+  // The same among 200 columns, where elimination leaves more rounding.
+  Data wide{DoubleArray(5000), StringArray(5000, 2, ""), {"A", "B"}, {}, {}};
+  std::mt19937_64 random(5);
+  for (Index i = 1; i <= 5000; ++i) {
+    const std::uint64_t cell = random() % 200;
+    wide.dy(i) = static_cast<double>(i % 7);
+    wide.df(i, 1) = std::to_string((cell == 42 ? 43 : cell) % 20);
+    wide.df(i, 2) = std::to_string(cell / 20);
+  }
+  EXPECT_EQ(errorOf(wide, {"A", "B", "A*B"}), "Error: Collinearity");
 
   Data few = gap;
   few.dy = {1, 2, 3, 4};

@@ -13,9 +13,12 @@ namespace zelkova {
 
 using Column = std::span<const double>;
 
-/// The columns of a table one by one; a vector counts as a table of one column. `name` is the argument's, for
-/// the text of failure 9 where the array was never filled.
-std::vector<Column> columnsOf(const DoubleArray& table, const char* name);
+/// The columns of a table one by one; a vector counts as a table of one column. Failure 5022 where the array
+/// was never filled.
+std::vector<Column> columnsOf(const DoubleArray& table);
+
+/// The column of a vector or a table of one column; failure 5 where there are more, which names the argument.
+Column onlyColumnOf(const DoubleArray& table, const char* name);
 
 /// The inner products of columns of equal length with each other: X'X, X'y and y'y in one table, formed once
 /// for all the models of a call. They are summed to well beyond a double's digits, because the differences
@@ -42,6 +45,10 @@ class CrossProducts {
   double noise() const { return noise_; }
 
  private:
+  /// Takes the products from product(i, j), i <= j.
+  template <class Product>
+  void fill(const Product& product);
+
   std::size_t rows_;
   std::size_t columns_;
   double noise_;

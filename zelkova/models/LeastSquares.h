@@ -51,6 +51,12 @@ class LeastSquares {
   std::vector<DoubleDouble> diagonal_;
 };
 
+/// The places of the columns that those before them do not explain: a column stays where its sum of squares
+/// about its fit on the columns that stayed is above its own `limits` element, and above what rounding may
+/// leave. The first `fixed` columns stay in any case; failure 5012 where one of them is explained.
+std::vector<std::size_t> independentPlaces(const CrossProducts& products, const std::vector<double>& limits,
+                                           std::size_t fixed);
+
 /// All places below `count`, in order.
 std::vector<std::size_t> firstPlaces(std::size_t count);
 

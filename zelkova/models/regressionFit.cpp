@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
@@ -11,13 +12,17 @@ namespace zelkova {
 
 namespace {
 
-constexpr double exactFitSSE = 1E-8;
 constexpr double largestDegreesOfFreedom = 1E+10;
 
 double pValueOfF(WorksheetFunction& host, double F, double dfRegression, double dfError) {
   const auto outside = [](double df) { return df < 1 || df > largestDegreesOfFreedom; };
   if (F < 0 || outside(dfRegression) || outside(dfError)) return NoValue;
   return host.FDist(F, dfRegression, dfError);
+}
+
+std::vector<Column> joined(std::vector<Column> columns, Column last) {
+  columns.push_back(last);
+  return columns;
 }
 
 double share(double ratio) { return std::clamp(checked::finite(ratio), 0.0, 1.0); }
@@ -35,8 +40,7 @@ DoubleArray analysisOfVariance(WorksheetFunction& host, double n, double columns
   main(Reg::SST) = (ssr + DoubleDouble{main(Reg::SSE)}).rounded();
   main(Reg::MSR) = checked::quotient(main(Reg::SSR), main(Reg::DFRegression));
 
-  // deliberate: the limit is absolute, in the squared units of the response.
-  if (sse.rounded() < exactFitSSE || main(Reg::DFError) <= 0) return main;
+  if (isExactFit(main(Reg::SSE), main(Reg::DFError))) return main;
 
   const double mse = main(Reg::SSE) / main(Reg::DFError);
   main(Reg::MSE) = mse;
@@ -53,11 +57,23 @@ DoubleArray analysisOfVariance(WorksheetFunction& host, double n, double columns
 
 }  // namespace
 
+RegressionProblem::RegressionProblem(const DoubleArray& M_Y, const DoubleArray& M_X)
+    : X(columnsOf(M_X)),
+      y(onlyColumnOf(M_Y, "M_Y")),
+      products(joined(X, y)),
+      response{X.size(), extendedSum(y)},
+      solved(products, firstPlaces(X.size())) {}
+
 DoubleDouble regressionSS(const CrossProducts& products, const ResponseSummary& response,
                           const LeastSquares::Projection& projection, bool FitIntercept) {
   if (!FitIntercept) return projection.explained;
   const DoubleDouble n{static_cast<double>(products.rows())};
   return projection.explained - response.sum * response.sum / n;
+}
+
+bool isExactFit(double SSE, double dfError) {
+  // deliberate: the limit is absolute, in the squared units of the response.
+  return SSE < 1E-8 || dfError <= 0;
 }
 
 RegressionFit fitRegression(WorksheetFunction& host, const CrossProducts& products,
@@ -96,10 +112,26 @@ DoubleArray fittedValues(const std::vector<Column>& X, const DoubleArray& coef) 
   return result;
 }
 
-Column responseColumn(const DoubleArray& M_Y) {
-  const std::vector<Column> columns = columnsOf(M_Y, "M_Y");
-  if (columns.size() != 1) raise(FailureNumber::InvalidCall, "M_Y must have one column");
-  return columns.front();
+DoubleArray residualsOf(Column y, const DoubleArray& fitted) {
+  DoubleArray result(fitted.rows());
+  const std::span<double> residual = result.vector();
+  const std::span<const double> fit = fitted.vector();
+  for (std::size_t i = 0; i < residual.size(); ++i) residual[i] = y[i] - fit[i];
+  return result;
+}
+
+void roundForDisplay(DoubleArray& values) {
+  constexpr double scale = 1E+7;
+  constexpr double withoutDecimals = 0x1p52 / scale;
+  for (double& x : values.elements()) {
+    if (std::abs(x) < withoutDecimals) x = roundHalfEven(x * scale) / scale;
+  }
+}
+
+DoubleArray countingUp(Index n) {
+  DoubleArray order(n);
+  std::iota(order.elements().begin(), order.elements().end(), 1.0);
+  return order;
 }
 
 }  // namespace zelkova

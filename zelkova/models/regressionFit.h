@@ -20,6 +20,9 @@ struct ResponseSummary {
 DoubleDouble regressionSS(const CrossProducts& products, const ResponseSummary& response,
                           const LeastSquares::Projection& projection, bool FitIntercept);
 
+/// Whether a fit leaves no error to judge it by.
+bool isExactFit(double SSE, double dfError);
+
 /// What `yRegression::RegOutput` reports, residuals aside.
 struct RegressionFit {
   DoubleArray coef, SECoef, tStat, PV, RegMain;
@@ -29,10 +32,29 @@ struct RegressionFit {
 RegressionFit fitRegression(WorksheetFunction& host, const CrossProducts& products,
                             const LeastSquares& solved, const ResponseSummary& response, bool FitIntercept);
 
+/// `M_X` and `M_Y` read, multiplied out and solved; the response's column stands behind those of `M_X`.
+struct RegressionProblem {
+  RegressionProblem(const DoubleArray& M_Y, const DoubleArray& M_X);
+  RegressionProblem(const RegressionProblem&) = delete;
+  RegressionProblem& operator=(const RegressionProblem&) = delete;
+
+  std::vector<Column> X;
+  Column y;
+  CrossProducts products;
+  ResponseSummary response;
+  LeastSquares solved;
+};
+
 /// X b, row by row.
 DoubleArray fittedValues(const std::vector<Column>& X, const DoubleArray& coef);
 
-/// The response's only column; failure 5 where it has more.
-Column responseColumn(const DoubleArray& M_Y);
+/// y less its fit.
+DoubleArray residualsOf(Column y, const DoubleArray& fitted);
+
+/// To 7 decimals; numbers too large to have as many are left as they are.
+void roundForDisplay(DoubleArray& values);
+
+/// 1, 2, ..., n.
+DoubleArray countingUp(Index n);
 
 }  // namespace zelkova

@@ -6,7 +6,6 @@
 #include "zelkova/models/CodedDesign.h"
 #include "zelkova/models/anovaTable.h"
 #include "zelkova/models/regressionFit.h"
-#include "zelkova/models/residuals.h"
 #include "zelkova/models/yRegression.h"
 
 namespace zelkova {
@@ -175,7 +174,7 @@ Report report(WorksheetFunction& host, const Design& design, const DoubleArray& 
   result.coefficients = coefficientTable(result.fit);
   if (ResidualPlot) {
     result.fitted = glm::fittedValues(design.terms, result.fit.coef, design.rows);
-    result.residual = residuals(dy.vector(), result.fitted);
+    result.residual = residualsOf(dy.vector(), result.fitted);
     roundForDisplay(result.residual);
     checked::leaving(result.fitted, result.residual);
     return result;
