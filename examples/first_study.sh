@@ -34,3 +34,11 @@ heading "Two sleeping drugs, ten patients, each under both (paired t test, Stude
 
 heading "The density of the earth: was Cavendish's mean below the 5.514 now known?"
 "$zelkova" call yHTest.OneTOutput dy=@cavendish.csv:density TestMean=5.514 CLevel=0.95 TestType="Less than"
+
+heading "Do wool and tension change how often yarn breaks on a loom, and does the one depend on the other? (two-way)"
+"$zelkova" call yANOVA2.TwoANOVAOutput dy=@warpbreaks.csv:breaks dx1=@warpbreaks.csv:wool dx2=@warpbreaks.csv:tension \
+  Additive=false dCLevel=0.95
+
+heading "Which fertilizer raises the yield of peas, beyond what the field's blocks differ? (general linear model)"
+"$zelkova" call yGLM.GLMOutput dy=@npk.csv:yield dyn=yield df=@npk.csv:1-4 dfn=block,N,P,K \
+  model='block,N,P,K,N*P,N*K,P*K' FNANOVA=false

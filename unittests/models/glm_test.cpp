@@ -70,6 +70,7 @@ const std::vector<std::string> litter = inTurn({"1", "2", "3", "4", "5"}, 2, 60)
 
 Data toothGrowth() {
   std::vector<double> amounts;
+  amounts.reserve(dose.size());
   for (const std::string& text : dose) amounts.push_back(std::stod(text));
   return {DoubleArray(length), textTable({supplement}), {"supp"}, tableOf(amounts), {"dose"}};
 }
@@ -135,6 +136,8 @@ class GLM : public WithHost {
 
   /// The `ErrorCode` of a run that must assign nothing else.
   std::string errorOf(const Data& data, const StringArray& model) {
+    table = coefficients = DoubleArray();
+    sources = columns = terms = shown = StringArray();
     run(data, model);
     EXPECT_FALSE(table.filled() || sources.filled() || coefficients.filled() || columns.filled() ||
                  terms.filled() || shown.filled());
@@ -346,8 +349,6 @@ TEST_F(GLM, ReadsTerms) {
   EXPECT_EQ(terms, (StringArray{"supp", "dose", "dose*supp", "litter(supp,dose)"}));
   EXPECT_EQ(shown, (StringArray{"SUPP", "dose", "dose * supp", "litter(supp  dose)"}));
 
-  table = coefficients = DoubleArray();
-  sources = columns = terms = shown = StringArray();
   const char* const illegal = "Illegal terms in model";
   const char* const notFactors = "Nested terms must be factors";
   const char* const notHierarchical = "Model is not hierarchical";
@@ -422,19 +423,19 @@ TEST_F(GLM, TellsWhatCannotBeFitted) {
   // The same among 200 columns, where elimination leaves more rounding.
   Data wide{DoubleArray(5000), StringArray(5000, 2, ""), {"A", "B"}, {}, {}};
   std::mt19937_64 random(5);
-  for (Index i = 1; i <= 5000; ++i) {
-    const std::uint64_t cell = random() % 200;
-    wide.dy(i) = static_cast<double>(i % 7);
-    wide.df(i, 1) = std::to_string((cell == 42 ? 43 : cell) % 20);
-    wide.df(i, 2) = std::to_string(cell / 20);
+  for (const std::uint64_t missing : {3, 42, 77, 101, 150, 188}) {
+    for (Index i = 1; i <= 5000; ++i) {
+      const std::uint64_t cell = random() % 200;
+      wide.dy(i) = static_cast<double>(i % 7);
+      wide.df(i, 1) = std::to_string((cell == missing ? missing + 1 : cell) % 20);
+      wide.df(i, 2) = std::to_string(cell / 20);
+    }
+    EXPECT_EQ(errorOf(wide, {"A", "B", "A*B"}), "Error: Collinearity") << missing;
   }
-  EXPECT_EQ(errorOf(wide, {"A", "B", "A*B"}), "Error: Collinearity");
 
   Data few = gap;
   few.dy = {1, 2, 3, 4};
   few.df = textTable({{"a", "b", "c", "a"}, {"x", "y", "x", "y"}});
-  table = coefficients = DoubleArray();
-  sources = columns = terms = shown = StringArray();
   EXPECT_EQ(errorOf(few, {"A", "B", "A*B"}), "Insufficient data points");
 
   // As many coefficients as values: the fit is exact, even one with an error above the limit from rounding.

@@ -45,7 +45,7 @@ class ColumnBudget {
   explicit ColumnBudget(Index rows) : left_(rows - 1) {}
 
   void take(Index columns) {
-    if (columns > left_) throw Refusal{"Insufficient data points"};
+    if (columns > left_) refuse("Insufficient data points");
     left_ -= columns;
   }
 
@@ -55,7 +55,7 @@ class ColumnBudget {
     for (const Variable& part : term.parts) {
       if (part.type != NameType::Factor) continue;
       const Index coded = factorOf(part, factors).levels.rows() - 1;
-      if (columns > left_ / coded) throw Refusal{"Insufficient data points"};
+      if (columns > left_ / coded) refuse("Insufficient data points");
       columns *= coded;
     }
     take(columns);
@@ -229,7 +229,7 @@ std::vector<Factor> factorsOf(const StringArray& df) {
   for (Index j = 1; j <= df.columns(); ++j) {
     const std::span<const std::string> column = df.column(j);
     const Levels levels(column);
-    if (levels.count() < 2) throw Refusal{"Factors must have more than 1 level"};
+    if (levels.count() < 2) refuse("Factors must have more than 1 level");
     std::vector<std::string> texts;
     for (const Index first : levels.firsts()) texts.push_back(column[static_cast<std::size_t>(first)]);
     StringArray sorted(std::move(texts));
@@ -273,6 +273,7 @@ CrossProducts crossProducts(const std::vector<CodedTerm>& design, std::span<cons
   response.factor.assign(y.begin(), y.end());
   response.columns = {{"", {{0, 1.0}}}};
   std::vector<const CodedTerm*> terms;
+  terms.reserve(design.size() + 1);
   for (const CodedTerm& term : design) terms.push_back(&term);
   terms.push_back(&response);
 
@@ -295,7 +296,7 @@ CrossProducts crossProducts(const std::vector<CodedTerm>& design, std::span<cons
     }
     firstRow += terms[a]->columns.size();
   }
-  return CrossProducts(y.size(), count, std::move(products));
+  return {y.size(), count, std::move(products)};
 }
 
 DoubleArray fittedValues(const std::vector<CodedTerm>& design, const DoubleArray& coef, Index rows) {

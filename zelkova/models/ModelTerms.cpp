@@ -9,7 +9,7 @@ namespace zelkova::glm {
 
 namespace {
 
-constexpr Refusal illegalTerms{"Illegal terms in model"};
+[[noreturn]] void refuseTerms() { refuse("Illegal terms in model"); }
 
 /// The texts between the separators, trimmed; none of them may be empty.
 std::vector<std::string> split(std::string_view text, char separator) {
@@ -17,7 +17,7 @@ std::vector<std::string> split(std::string_view text, char separator) {
   for (std::size_t start = 0; start <= text.size();) {
     const std::size_t end = std::min(text.find(separator, start), text.size());
     const std::string_view piece = trimmed(text.substr(start, end - start));
-    if (piece.empty()) throw illegalTerms;
+    if (piece.empty()) refuseTerms();
     pieces.emplace_back(piece);
     start = end + 1;
   }
@@ -48,7 +48,7 @@ bool hasRepeats(std::vector<Variable> variables) {
 
 Term parseNested(std::string_view text, std::size_t opening, const Names& names) {
   const std::string_view inner = trimmed(text.substr(0, opening));
-  if (inner.empty() || text.back() != ')') throw illegalTerms;
+  if (inner.empty() || text.back() != ')') refuseTerms();
   const std::string_view list = trimmed(text.substr(opening + 1, text.size() - opening - 2));
   Term term{TermKind::Nested, {}, {std::string(inner)}, std::string(inner) + "(" + std::string(list) + ")"};
   for (std::string& name : splitList(list, names)) term.names.push_back(std::move(name));
@@ -67,7 +67,7 @@ Term parse(std::string_view typed, const Names& names) {
   // Parentheses in any other place end up inside a name, and no name has any.
   Term term = opening == std::string_view::npos ? parseCrossed(text) : parseNested(text, opening, names);
   for (const std::string& name : term.names) {
-    if (name.find_first_of("*()") != std::string::npos) throw illegalTerms;
+    if (name.find_first_of("*()") != std::string::npos) refuseTerms();
     term.parts.push_back(names.find(name));
   }
   return term;
@@ -79,7 +79,9 @@ struct Identity {
   Variable inner;
   std::vector<Variable> others;
 
-  friend auto operator<=>(const Identity&, const Identity&) = default;
+  friend bool operator<(const Identity& a, const Identity& b) {
+    return std::tie(a.nested, a.inner, a.others) < std::tie(b.nested, b.inner, b.others);
+  }
 };
 
 Identity crossing(std::vector<Variable> parts) {
@@ -99,7 +101,7 @@ Identity identityOf(const Term& term) {
 void refuseRepeatedFactors(const Term& term) {
   std::vector<Variable> factors = term.parts;
   std::erase_if(factors, [](const Variable& part) { return part.type != NameType::Factor; });
-  if (hasRepeats(factors)) throw illegalTerms;
+  if (hasRepeats(factors)) refuseTerms();
 }
 
 void checkNesting(const std::vector<Term>& terms) {
@@ -107,13 +109,13 @@ void checkNesting(const std::vector<Term>& terms) {
     if (term.kind != TermKind::Nested) continue;
     const auto isFactor = [](const Variable& part) { return part.type == NameType::Factor; };
     if (!std::all_of(term.parts.begin(), term.parts.end(), isFactor)) {
-      throw Refusal{"Nested terms must be factors"};
+      refuse("Nested terms must be factors");
     }
   }
 }
 
 void checkHierarchy(const std::vector<Term>& terms, const std::set<Identity>& standing) {
-  constexpr Refusal notHierarchical{"Model is not hierarchical"};
+  const auto refuseModel = [] { refuse("Model is not hierarchical"); };
   std::set<Variable> innerFactors;
   for (const Term& term : terms) {
     if (term.kind == TermKind::Nested) innerFactors.insert(term.parts.front());
@@ -124,13 +126,13 @@ void checkHierarchy(const std::vector<Term>& terms, const std::set<Identity>& st
       for (std::size_t i = 0; i < term.parts.size(); ++i) {
         std::vector<Variable> lower = term.parts;
         lower.erase(lower.begin() + static_cast<Index>(i));
-        if (!standing.contains(crossing(std::move(lower)))) throw notHierarchical;
+        if (!standing.contains(crossing(std::move(lower)))) refuseModel();
       }
     } else if (term.kind == TermKind::Nested) {
       for (std::size_t i = 1; i < term.parts.size(); ++i) {
         const Variable& enclosing = term.parts[i];
         if (!standing.contains(crossing({enclosing})) && !innerFactors.contains(enclosing)) {
-          throw notHierarchical;
+          refuseModel();
         }
       }
     }
@@ -154,7 +156,7 @@ bool Names::knows(std::string_view name) const { return variables_.contains(uppe
 
 Variable Names::find(std::string_view name) const {
   const auto found = variables_.find(upperCase(name));
-  if (found == variables_.end()) throw illegalTerms;
+  if (found == variables_.end()) refuseTerms();
   return found->second;
 }
 
@@ -164,11 +166,12 @@ std::string Names::declared(const Variable& variable) const {
 }
 
 std::vector<Term> parseModel(const StringArray& model, const Names& names) {
+  if (!model.filled()) raise(FailureNumber::OutOfRange, "model holds no term");
   std::vector<Term> terms;
   std::set<Identity> standing;
   for (const std::string& text : model.vector()) {
     terms.push_back(parse(text, names));
-    if (!standing.insert(identityOf(terms.back())).second) throw illegalTerms;
+    if (!standing.insert(identityOf(terms.back())).second) refuseTerms();
     refuseRepeatedFactors(terms.back());
   }
   checkNesting(terms);

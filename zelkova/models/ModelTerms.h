@@ -3,6 +3,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "zelkova/frame/Array.h"
@@ -15,6 +16,8 @@ struct Refusal {
   std::string_view text;
 };
 
+[[noreturn]] inline void refuse(std::string_view text) { throw Refusal{text}; }
+
 enum class NameType { Factor = 'F', Covariate = 'C' };
 
 /// A column of the caller's tables of factors and covariates.
@@ -23,7 +26,9 @@ struct Variable {
   Index column;  ///< from 1
 
   friend bool operator==(const Variable&, const Variable&) = default;
-  friend auto operator<=>(const Variable&, const Variable&) = default;
+  friend bool operator<(const Variable& a, const Variable& b) {
+    return std::tie(a.type, a.column) < std::tie(b.type, b.column);
+  }
 };
 
 enum class TermKind { Single = 'S', Interaction = 'I', Nested = 'N' };
@@ -61,7 +66,7 @@ class Names {
 /// Refusals, each looked for in all terms before the next: "Illegal terms in model", "Nested terms must be
 /// factors", "Model is not hierarchical". The last asks that all lower interactions of an interaction, down
 /// to the single names, stand in the model, and the factors that enclose another, each by itself or as the
-/// inner factor of another nested term.
+/// inner factor of another nested term. Failure 9 for a model without terms.
 std::vector<Term> parseModel(const StringArray& model, const Names& names);
 
 /// A term with its names as declared, without blanks: "A", "A*B", "C(A,B)".

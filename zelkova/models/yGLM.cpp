@@ -65,7 +65,7 @@ Design designOf(const std::vector<Term>& model, const std::vector<glm::Factor>& 
 /// What a term explains. A little below 0 it is rounding; further below, the columns depend on each other.
 double explainedSS(DoubleDouble difference, double SST) {
   constexpr double rounding = 1E-9;
-  if (difference.rounded() < -rounding * SST) throw Refusal{"Rank deficiency due to colinearity"};
+  if (difference.rounded() < -rounding * SST) glm::refuse("Rank deficiency due to colinearity");
   return std::max(0.0, difference.rounded());
 }
 
@@ -191,7 +191,7 @@ Report reportOrRefuse(WorksheetFunction& host, const Design& design, const Doubl
   try {
     return report(host, design, dy, fullyNested, ResidualPlot);
   } catch (const Failure&) {
-    throw Refusal{"Error: Collinearity"};
+    glm::refuse("Error: Collinearity");
   }
 }
 
