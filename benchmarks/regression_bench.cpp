@@ -33,5 +33,27 @@ void regression(benchmark::State& state) {
 }
 BENCHMARK(regression)->Name("regression/1e5x20")->Unit(benchmark::kMillisecond);
 
+void adjustedSumsOfSquares(benchmark::State& state) {
+  const Data data(20'000, 20);
+  const yRegression model;
+  DoubleArray sums;
+  for (auto _ : state) {
+    model.GetSSAdj(data.Y, data.X, true, sums);
+    benchmark::DoNotOptimize(sums);
+  }
+}
+BENCHMARK(adjustedSumsOfSquares)->Name("ss_adj/2e4x20")->Unit(benchmark::kMillisecond);
+
+void varianceInflation(benchmark::State& state) {
+  const Data data(100'000, 50);
+  const yRegression model;
+  DoubleArray factors;
+  for (auto _ : state) {
+    model.GetVIF(data.X, true, factors);
+    benchmark::DoNotOptimize(factors);
+  }
+}
+BENCHMARK(varianceInflation)->Name("vif/1e5x50")->Unit(benchmark::kMillisecond);
+
 }  // namespace
 }  // namespace zelkova

@@ -35,6 +35,25 @@ heading "Two sleeping drugs, ten patients, each under both (paired t test, Stude
 heading "The density of the earth: was Cavendish's mean below the 5.514 now known?"
 "$zelkova" call yHTest.OneTOutput dy=@cavendish.csv:density TestMean=5.514 CLevel=0.95 TestType="Less than"
 
+heading "What drives the ammonia that a plant loses up its stack? (regression on air flow, water temperature, acid)"
+stack=(M_Y=@stackloss.csv:stack_loss M_X=@stackloss.csv:1-4 FitIntercept=true)
+"$zelkova" call yRegression.RegOutput "${stack[@]}" CalculateResidual=true
+
+heading "What each of the three explains beyond the other two, and how far they overlap"
+"$zelkova" call yRegression.GetSSAdj "${stack[@]}"
+"$zelkova" call yRegression.GetVIF "${stack[@]:1}"
+
+heading "Do the losses of neighbouring days go together (Durbin-Watson), and how well is a day predicted from the others?"
+fit=$("$zelkova" call yRegression.RegResiOutput "${stack[@]}" --json)
+residual=$(sed 's/.*"Residual": \[\([^]]*\)\].*/\1/' <<< "$fit")
+coef=$(sed 's/.*"coef": \[\([^]]*\)\].*/\1/' <<< "$fit")
+"$zelkova" call yRegression.GetDurbinWatson Residual="$residual"
+"$zelkova" call yRegression.GetPRESS Residual="$residual" "${stack[@]:1}"
+
+heading "Two settings that are planned, with limits of 95 percent for their mean and for a single day"
+"$zelkova" call yRegression.GetPredictNew M_X=@stackloss.csv:1-4 M_X_new=@stackloss_plan.csv:1-4 coef="$coef" \
+  dDoFR=3 dDoFT=20 dMSE=10.5194095 FitIntercept=true CLevel=0.95
+
 heading "Do wool and tension change how often yarn breaks on a loom, and does the one depend on the other? (two-way)"
 "$zelkova" call yANOVA2.TwoANOVAOutput dy=@warpbreaks.csv:breaks dx1=@warpbreaks.csv:wool dx2=@warpbreaks.csv:tension \
   Additive=false dCLevel=0.95

@@ -32,16 +32,13 @@ inline DoubleDouble halves(double x) {
   return {high, x - high};
 }
 
-/// a b without error, from the halves of both.
-inline DoubleDouble twoProduct(double a, DoubleDouble halvesOfA, double b, DoubleDouble halvesOfB) {
+/// a b without error (Dekker 1971).
+inline DoubleDouble twoProduct(double a, double b) {
   const double product = a * b;
-  const double error = ((halvesOfA.high * halvesOfB.high - product) + halvesOfA.high * halvesOfB.low +
-                        halvesOfA.low * halvesOfB.high) +
-                       halvesOfA.low * halvesOfB.low;
-  return {product, error};
+  const DoubleDouble x = halves(a);
+  const DoubleDouble y = halves(b);
+  return {product, ((x.high * y.high - product) + x.high * y.low + x.low * y.high) + x.low * y.low};
 }
-
-inline DoubleDouble twoProduct(double a, double b) { return twoProduct(a, halves(a), b, halves(b)); }
 
 inline DoubleDouble operator-(DoubleDouble a) { return {-a.high, -a.low}; }
 

@@ -12,45 +12,17 @@ namespace zelkova {
 
 namespace {
 
-/// A column and the halves of its elements.
-struct SplitColumn {
-  explicit SplitColumn(Column column) : values(column), high(column.size()), low(column.size()) {
-    for (std::size_t i = 0; i < column.size(); ++i) {
-      const DoubleDouble half = halves(column[i]);
-      high[i] = half.high;
-      low[i] = half.low;
-    }
-  }
-
-  Column values;
-  std::vector<double> high, low;
-};
-
-/// The inner product in twice a double's precision (Ogita, Rump and Oishi, SIAM J. Sci. Comput. 26, 2005).
-DoubleDouble innerProduct(const SplitColumn& a, const SplitColumn& b) {
-  double sum = 0;
-  double errors = 0;
-  for (std::size_t i = 0; i < a.values.size(); ++i) {
-    const DoubleDouble product =
-        twoProduct(a.values[i], {a.high[i], a.low[i]}, b.values[i], {b.high[i], b.low[i]});
-    const DoubleDouble joined = twoSum(sum, product.high);
-    sum = joined.high;
-    errors += joined.low + product.low;
-  }
-  return twoSum(sum, errors);
-}
-
-/// Products of long columns, some rows at a time. In each block the elements of a column are cut into a head
-/// of 22 bits below the column's largest element and a tail (the slices of Ozaki et al., Numer. Algorithms
-/// 59, 2012). A sum of products of heads is then free of rounding in plain arithmetic, and the products with
-/// tails are so small that their rounding lies some 20 digits below the result. Columns of codes and other
-/// short numbers have no tails, and cost a quarter.
+/// The products of columns, some rows at a time. In each block the elements of a column are cut into slices:
+/// the first holds 22 bits below the column's largest element, the second the next 22, the last what is left
+/// (Ozaki, Ogita, Oishi and Rump, Numerical Algorithms 59, 2012). Products of all but the last slices then
+/// sum up without rounding in plain arithmetic, and those of the last are small. Codes and other short
+/// numbers have a first slice only, and cost accordingly.
 class SlicedProducts {
  public:
-  explicit SlicedProducts(const std::vector<Column>& columns)
+  SlicedProducts(const std::vector<Column>& columns, std::size_t slices)
       : columns_(columns),
-        tailSlot_(columns.size()),
-        slices_((2 * columns.size() / tile + 1) * tile * blockRows),
+        slots_(columns.size(), std::vector<std::size_t>(slices, none)),
+        elements_((slices * columns.size() / tile + 1) * tile * blockRows),
         sums_(columns.size() * columns.size()) {
     const std::size_t rows = columns.front().size();
     for (std::size_t first = 0; first < rows; first += blockRows) {
@@ -66,48 +38,59 @@ class SlicedProducts {
     return sums_[i * columns_.size() + j];
   }
 
+  /// A bound of the rounding in a product, relative to the lengths of its columns.
+  static double noise(std::size_t slices) {
+    return std::ldexp(1.0, -44 - bitsOfSlice * (static_cast<int>(slices) - 1));
+  }
+
  private:
   static constexpr std::size_t blockRows = 256;
   /// 22 bits twice, and 8 for the sum of 256 products, fit into the 53 of a double.
-  static constexpr int headBits = 22;
+  static constexpr int bitsOfSlice = 22;
   static constexpr std::size_t tile = 4;
   static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
-  /// A slot holds a head or a tail of one column; four neighbours lie row by row in a panel.
-  double* slot(std::size_t place) { return &slices_[place / tile * tile * blockRows + place % tile]; }
+  /// A slot holds one slice of one column; four neighbours lie row by row in a panel.
+  double* slot(std::size_t place) { return &elements_[place / tile * tile * blockRows + place % tile]; }
 
-  /// Puts the heads into the first slots, and the tails of the columns that have any behind them.
+  /// Gives a slot to every slice that is not 0 throughout.
   void cut(std::size_t first, std::size_t count) {
-    slots_ = columns_.size();
+    usedSlots_ = 0;
+    std::array<double, blockRows> rest{};
     for (std::size_t j = 0; j < columns_.size(); ++j) {
       const Column x = columns_[j].subspan(first, count);
+      std::copy(x.begin(), x.end(), rest.begin());
       double largest = 0;
       for (const double value : x) largest = std::max(largest, std::abs(value));
       int exponent = 0;
       std::frexp(largest, &exponent);
-      const double cutter = std::ldexp(1.5, exponent + 52 - headBits);
-      double* const heads = slot(j);
-      double* const tails = slot(slots_);
-      bool hasTail = false;
-      for (std::size_t i = 0; i < count; ++i) {
-        const double head = (x[i] + cutter) - cutter;
-        heads[i * tile] = head;
-        tails[i * tile] = x[i] - head;
-        hasTail = hasTail || x[i] != head;
+      for (std::size_t s = 0; s < slots_[j].size(); ++s) {
+        exponent -= bitsOfSlice;
+        // Adding and taking away a number whose last bit is that of the slice rounds to it.
+        const bool isLast = s + 1 == slots_[j].size();
+        const double cutter = isLast ? 0 : std::ldexp(1.5, exponent + 52);
+        double* const slice = slot(usedSlots_);
+        bool isZero = true;
+        for (std::size_t i = 0; i < count; ++i) {
+          const double part = (rest[i] + cutter) - cutter;
+          slice[i * tile] = part;
+          rest[i] -= part;
+          isZero = isZero && part == 0;
+        }
+        slots_[j][s] = isZero ? none : usedSlots_++;
       }
-      tailSlot_[j] = hasTail ? slots_++ : none;
     }
   }
 
   /// The products of all slots with each other.
   void multiply(std::size_t count) {
-    const std::size_t panels = (slots_ + tile - 1) / tile;
+    const std::size_t panels = (usedSlots_ + tile - 1) / tile;
     stride_ = panels * tile;
     blockProducts_.resize(stride_ * stride_);
     for (std::size_t p = 0; p < panels; ++p) {
       for (std::size_t q = p; q < panels; ++q) {
-        const double* const a = &slices_[p * tile * blockRows];
-        const double* const b = &slices_[q * tile * blockRows];
+        const double* const a = &elements_[p * tile * blockRows];
+        const double* const b = &elements_[q * tile * blockRows];
         std::array<double, tile * tile> products{};
         for (std::size_t i = 0; i < count; ++i) {
           for (std::size_t s = 0; s < tile; ++s) {
@@ -123,29 +106,57 @@ class SlicedProducts {
     }
   }
 
-  double blockProduct(std::size_t s, std::size_t t) const {
-    if (s == none || t == none) return 0;
-    return blockProducts_[std::min(s, t) * stride_ + std::max(s, t)];
+  double blockProduct(std::size_t a, std::size_t b) const {
+    if (a == none || b == none) return 0;
+    return blockProducts_[std::min(a, b) * stride_ + std::max(a, b)];
   }
 
   void add() {
     for (std::size_t i = 0; i < columns_.size(); ++i) {
       for (std::size_t j = i; j < columns_.size(); ++j) {
-        const double mixed = blockProduct(i, tailSlot_[j]) + blockProduct(tailSlot_[i], j);
         DoubleDouble& sum = sums_[i * columns_.size() + j];
-        sum = sum + twoSum(blockProduct(i, j), mixed + blockProduct(tailSlot_[i], tailSlot_[j]));
+        for (std::size_t s = 0; s < slots_[i].size(); ++s) {
+          sum = sum + DoubleDouble{blockProduct(slots_[i][s], slots_[j][s])};
+          for (std::size_t t = s + 1; t < slots_[i].size(); ++t) {
+            // In pairs, so that equal columns have equal products whichever of them stands first.
+            sum = sum +
+                  twoSum(blockProduct(slots_[i][s], slots_[j][t]), blockProduct(slots_[i][t], slots_[j][s]));
+          }
+        }
       }
     }
   }
 
   const std::vector<Column>& columns_;
-  std::vector<std::size_t> tailSlot_;
-  std::vector<double> slices_;
+  std::vector<std::vector<std::size_t>> slots_;
+  std::vector<double> elements_;
   std::vector<double> blockProducts_;
   std::vector<DoubleDouble> sums_;
-  std::size_t slots_ = 0;
+  std::size_t usedSlots_ = 0;
   std::size_t stride_ = 0;
 };
+
+/// How far the differences that a regression takes of these products cancel: the smallest share of a column's
+/// squares that is left about its fit on the columns before it.
+double smallestShare(const CrossProducts& products) {
+  const std::size_t count = products.columns();
+  std::vector<double> rest(count * count);
+  for (std::size_t k = 0; k < count; ++k) {
+    for (std::size_t i = k; i < count; ++i) rest[k * count + i] = products(i, k).rounded();
+  }
+  double smallest = 1;
+  for (std::size_t k = 0; k < count; ++k) {
+    const double* const source = &rest[k * count];
+    const double whole = products(k, k).rounded();
+    if (!(source[k] > 0)) return 0;
+    smallest = std::min(smallest, source[k] / whole);
+    for (std::size_t j = k + 1; j < count; ++j) {
+      const double factor = source[j] / source[k];
+      for (std::size_t i = j; i < count; ++i) rest[j * count + i] -= factor * source[i];
+    }
+  }
+  return smallest;
+}
 
 }  // namespace
 
@@ -168,25 +179,18 @@ CrossProducts::CrossProducts(const std::vector<Column>& columns)
   for (const Column& column : columns) {
     if (column.size() != rows_) matrix::raise(MatrixFailure::NotConformable);
   }
-  // Ill-conditioned problems are small ones, as a rule, and those can have all digits.
-  constexpr std::size_t fewProducts = 300'000;
-  if (columns_ * columns_ / 2 <= fewProducts / rows_) {
-    noise_ = 0x1p-95;
-    const std::vector<SplitColumn> splits(columns.begin(), columns.end());
-    fill([&](std::size_t i, std::size_t j) { return innerProduct(splits[i], splits[j]); });
-  } else {
-    noise_ = 0x1p-66;
-    fill(SlicedProducts(columns));
-  }
+  // Two slices serve unless ten digits beyond the cancellation are in doubt.
+  form(columns, 2);
+  if (smallestShare(*this) < 1E+10 * noise_) form(columns, 3);
 }
 
-template <class Product>
-void CrossProducts::fill(const Product& product) {
+void CrossProducts::form(const std::vector<Column>& columns, std::size_t slices) {
+  const SlicedProducts sliced(columns, slices);
+  noise_ = SlicedProducts::noise(slices);
   for (std::size_t j = 0; j < columns_; ++j) {
     for (std::size_t i = 0; i <= j; ++i) {
-      const DoubleDouble value = product(i, j);
-      checked::finite(value.high);
-      products_[i * columns_ + j] = products_[j * columns_ + i] = value;
+      checked::finite(sliced(i, j).high);
+      products_[i * columns_ + j] = products_[j * columns_ + i] = sliced(i, j);
     }
   }
 }

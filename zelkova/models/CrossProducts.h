@@ -45,9 +45,7 @@ class CrossProducts {
   double noise() const { return noise_; }
 
  private:
-  /// Takes the products from product(i, j), i <= j.
-  template <class Product>
-  void fill(const Product& product);
+  void form(const std::vector<Column>& columns, std::size_t slices);
 
   std::size_t rows_;
   std::size_t columns_;

@@ -78,7 +78,9 @@ LeastSquares::Projection LeastSquares::project(std::size_t response) const {
     result.sequential.push_back(rest[k] * result.reduced.back());
     result.explained = result.explained + result.sequential.back();
   }
-  result.unexplained = products_(response, response) - result.explained;
+  const DoubleDouble& whole = products_(response, response);
+  result.unexplained = whole - result.explained;
+  if (result.unexplained.rounded() <= whole.rounded() * products_.noise()) result.unexplained = {};
   return result;
 }
 

@@ -22,7 +22,7 @@ class LeastSquares {
     std::vector<DoubleDouble> sequential;
     /// T = b'X'y, the sum of those.
     DoubleDouble explained;
-    /// y'y - T. Rounding may leave it a little below 0.
+    /// y'y - T; 0 where the difference is nothing but rounding.
     DoubleDouble unexplained;
     /// L'b, from which `coefficients` come.
     std::vector<DoubleDouble> reduced;

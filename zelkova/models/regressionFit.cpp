@@ -35,9 +35,8 @@ DoubleArray analysisOfVariance(WorksheetFunction& host, double n, double columns
   main(Reg::DFError) = n - columns;
   main(Reg::DFTotal) = n - constants;
   main(Reg::SSR) = ssr.rounded();
-  // A sum of squares: what lies below 0 is rounding.
-  main(Reg::SSE) = std::max(0.0, sse.rounded());
-  main(Reg::SST) = (ssr + DoubleDouble{main(Reg::SSE)}).rounded();
+  main(Reg::SSE) = sse.rounded();
+  main(Reg::SST) = (ssr + sse).rounded();
   main(Reg::MSR) = checked::quotient(main(Reg::SSR), main(Reg::DFRegression));
 
   if (isExactFit(main(Reg::SSE), main(Reg::DFError))) return main;

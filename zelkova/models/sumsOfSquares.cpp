@@ -19,22 +19,24 @@ DoubleArray vectorOf(std::vector<double> values) {
   return result;
 }
 
-/// The sum of squares of each column about its fit on all others.
-std::vector<double> unexplainedByOthers(const CrossProducts& products) {
+/// The sum of squares of each column from `first` on about its fit on all others.
+std::vector<double> unexplainedByOthers(const CrossProducts& products, std::size_t first) {
   const std::vector<std::size_t> all = firstPlaces(products.columns());
   std::vector<double> result;
   try {
-    for (const double c : LeastSquares(products, all).inverseDiagonal()) {
-      result.push_back(checked::quotient(1, c));
+    const std::vector<double> inverseDiagonal = LeastSquares(products, all).inverseDiagonal();
+    for (std::size_t j = first; j < all.size(); ++j) {
+      const double unexplained = checked::quotient(1, inverseDiagonal[j]);
+      const double noise = products(j, j).rounded() * products.noise();
+      result.push_back(unexplained <= noise ? 0 : unexplained);
     }
   } catch (const Failure& failure) {
     if (failure.number() != static_cast<int>(MatrixFailure::Singular)) throw;
     // A column may be an exact sum of others that are independent of each other; then each has a fit.
-    result.clear();
-    for (const std::size_t column : all) {
+    for (std::size_t j = first; j < all.size(); ++j) {
       std::vector<std::size_t> others = all;
-      others.erase(others.begin() + static_cast<std::ptrdiff_t>(column));
-      result.push_back(LeastSquares(products, others).project(column).unexplained.rounded());
+      others.erase(others.begin() + static_cast<std::ptrdiff_t>(j));
+      result.push_back(LeastSquares(products, others).project(j).unexplained.rounded());
     }
   }
   return result;
@@ -83,7 +85,7 @@ void yRegression::GetVIF(const DoubleArray& M_X, bool FitIntercept, DoubleArray&
     return;
   }
   const CrossProducts products(X);
-  const std::vector<double> unexplained = unexplainedByOthers(products);
+  const std::vector<double> unexplained = unexplainedByOthers(products, first);
   const double n = static_cast<double>(products.rows());
   const double dfError = n - static_cast<double>(X.size() - 1);
   std::vector<double> factors;
@@ -93,7 +95,7 @@ void yRegression::GetVIF(const DoubleArray& M_X, bool FitIntercept, DoubleArray&
       const DoubleDouble sum = extendedSum(X[j]);
       total = total - sum * sum / DoubleDouble{n};
     }
-    factors.push_back(inflation(total.rounded(), unexplained[j], dfError));
+    factors.push_back(inflation(total.rounded(), unexplained[j - first], dfError));
   }
   VIF = vectorOf(std::move(factors));
 }
