@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdint>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "unittests/WithHost.h"
@@ -458,6 +460,36 @@ TEST_F(GLM, TellsWhatCannotBeFitted) {
   EXPECT_EQ(error, "");
   EXPECT_LT(table(1, GLMSources::AdjSS), 1e-20);
   EXPECT_EQ(table(1, GLMSources::F), NoValue);
+}
+
+// Fault: a model that fits the rules and data that do not fit the model, ending in a crash, a failure or a
+// number that is not finite. The catalogue's own hostile arguments seldom make a model.
+TEST_F(GLM, SurvivesModelsOfAnyData) {
+  const StringArray pool{"A",      "B",   "C",   "x",   "z",   "A*B",  "B(A)",
+                         "C(A B)", "x*x", "A*x", "B*C", "A*C", "A*B*C"};
+  const std::vector<double> extremes{0, 1, -1, 1e300, 1e-300, 0.1, 5, 1e15, NoValue};
+  std::mt19937_64 random(1);
+  int fits = 0;
+  for (int round = 0; round < 5000; ++round) {
+    const auto n = static_cast<Index>(1 + random() % 12);
+    Data data{DoubleArray(n), StringArray(n, 3, ""), {"A", "B", "C"}, DoubleArray(n, 2, 0.0), {"x", "z"}};
+    const bool wild = random() % 3 == 0;
+    const auto number = [&] {
+      return wild ? extremes[random() % 9] : static_cast<double>(random() % 50) / 10;
+    };
+    for (double& y : data.dy.elements()) y = number();
+    for (double& x : data.dc.elements()) x = number();
+    for (std::string& level : data.df.elements())
+      level = std::string(1, static_cast<char>('a' + random() % 3));
+    StringArray model(static_cast<Index>(1 + random() % 5));
+    for (std::string& term : model.elements()) term = pool(static_cast<Index>(1 + random() % 13));
+    run(data, model, random() % 2 == 0, random() % 2 == 0);
+    if (std::exchange(error, "").empty()) ++fits;
+    for (const DoubleArray* result : {&table, &coefficients, &fitted, &residual, &components}) {
+      for (const double x : result->elements()) ASSERT_TRUE(std::isfinite(x));
+    }
+  }
+  EXPECT_GT(fits, 100);
 }
 
 // Fault: tables that do not match the data, read beyond their ends.
