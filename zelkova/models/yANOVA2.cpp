@@ -74,7 +74,7 @@ DoubleArray twoWayTable(WorksheetFunction& host, const TwoWay& layout, bool addi
   const double df1 = layout.a - 1;
   const double df2 = layout.b - 1;
   const double dfE = additive ? n - layout.a - layout.b + 1 : n - layout.a * layout.b;
-  // The error is summed as such, rather than left over from the total: cancellation can not touch it.
+  // The error is summed as such, rather than left over from the total: cancellation cannot touch it.
   const double sse = additive ? layout.within + layout.ss12 : layout.within;
   const double sst = layout.ss1 + layout.ss2 + layout.ss12 + layout.within;
   const double mse = anova::meanSquare(sse, dfE);
