@@ -48,7 +48,7 @@ LeastSquares::LeastSquares(const CrossProducts& products, std::vector<std::size_
   for (std::size_t k = 0; k < size(); ++k) {
     const double whole = products(predictors_[k], predictors_[k]).rounded();
     const DoubleDouble pivot = lower(k, k);
-    if (pivot.rounded() <= whole * products.noise()) matrix::raise(MatrixFailure::Singular);
+    if (pivot.rounded() <= whole * explainedShare) matrix::raise(MatrixFailure::Singular);
     diagonal_[k] = pivot;
     for (std::size_t j = k + 1; j < size(); ++j) {
       const DoubleDouble factor = lower(j, k) / pivot;
@@ -80,8 +80,9 @@ std::vector<double> LeastSquares::coefficients(const Projection& projection) con
   for (std::size_t i = size(); i-- > 0;) {
     for (std::size_t k = i + 1; k < size(); ++k) b[i] = b[i] - lower(k, i) * b[k];
   }
-  std::vector<double> result;
-  for (const DoubleDouble& x : b) result.push_back(checked::finite(x.rounded()));
+  std::vector<double> result(size());
+  std::transform(b.begin(), b.end(), result.begin(),
+                 [](const DoubleDouble& x) { return checked::finite(x.rounded()); });
   return result;
 }
 
@@ -113,8 +114,8 @@ std::vector<double> LeastSquares::inverseDiagonal() const {
 
 std::vector<double> LeastSquares::leverages(const std::vector<Column>& columns) const {
   if (columns.size() != size()) matrix::raise(MatrixFailure::NotConformable);
-  // The sum of the squares of D^(-1/2) L^-1 x: half the digits of the condition are lost here that x'Cx with
-  // a rounded C would lose.
+  // As the sum of the squares of D^(-1/2) L^-1 x: a rounded L^-1 loses the digits of the condition of X, a
+  // rounded C would lose those of its square.
   const std::vector<DoubleDouble> inverse = inverseOfLower();
   const std::size_t rows = columns.front().size();
   constexpr std::size_t blockRows = 256;
@@ -147,7 +148,7 @@ std::vector<std::size_t> independentPlaces(const CrossProducts& products, const 
   std::vector<std::size_t> places;
   for (std::size_t k = 0; k < count; ++k) {
     DoubleDouble* const source = &rest[k * count];
-    const double noise = products(k, k).rounded() * products.noise();
+    const double noise = products(k, k).rounded() * explainedShare;
     const double unexplained = source[k].rounded();
     if (k < fixed && unexplained <= noise) matrix::raise(MatrixFailure::Singular);
     if (k >= fixed && unexplained <= std::max(noise, limits[k])) continue;

@@ -67,7 +67,10 @@ DoubleDouble regressionSS(const CrossProducts& products, const ResponseSummary& 
                           const LeastSquares::Projection& projection, bool FitIntercept) {
   if (!FitIntercept) return projection.explained;
   const DoubleDouble n{static_cast<double>(products.rows())};
-  return projection.explained - response.sum * response.sum / n;
+  const DoubleDouble sum = projection.explained - response.sum * response.sum / n;
+  // Rounding must not turn the sign of what is 0: a balanced design often explains nothing of a response.
+  const double noise = products(response.place, response.place).rounded() * products.noise();
+  return std::abs(sum.rounded()) <= noise ? DoubleDouble{} : sum;
 }
 
 bool isExactFit(double SSE, double dfError) {
