@@ -149,7 +149,7 @@ std::vector<std::size_t> independentPlaces(const CrossProducts& products, const 
   for (std::size_t k = 0; k < count; ++k) {
     DoubleDouble* const source = &rest[k * count];
     const double noise = products(k, k).rounded() * explainedShare;
-    const double unexplained = source[k].rounded();
+    const double unexplained = checked::finite(source[k].rounded());
     if (k < fixed && unexplained <= noise) matrix::raise(MatrixFailure::Singular);
     if (k >= fixed && unexplained <= std::max(noise, limits[k])) continue;
     places.push_back(k);

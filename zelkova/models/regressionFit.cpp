@@ -37,7 +37,10 @@ DoubleArray analysisOfVariance(WorksheetFunction& host, double n, double columns
   main(Reg::SSR) = ssr.rounded();
   main(Reg::SSE) = sse.rounded();
   main(Reg::SST) = (ssr + sse).rounded();
-  main(Reg::MSR) = checked::quotient(main(Reg::SSR), main(Reg::DFRegression));
+  if (main(Reg::DFRegression) == 0) {
+    raise(FailureNumber::DivisionByZero, "the constant alone has no regression mean square");
+  }
+  main(Reg::MSR) = main(Reg::SSR) / main(Reg::DFRegression);
 
   if (isExactFit(main(Reg::SSE), main(Reg::DFError))) return main;
 
