@@ -238,14 +238,13 @@ TEST_F(NistSets, AreMetToTheDigitsTold) {
   }
 }
 
-// Fault: the arithmetic for long data, taken from some ten thousand rows on, with fewer digits. Every row m
-// times over leaves the coefficients and multiplies the sums of squares by m.
+// Fault: a block of rows cut or added wrongly. Every row m times over leaves the coefficients and multiplies
+// the sums of squares by m.
 TEST_F(NistSets, AreMetByLongDataToo) {
-  constexpr Index copies = 3000;
+  constexpr Index copies = 100;
   for (const CertifiedSet& set : certifiedSets()) {
-    if (set.name == "Filip" || set.name == "NoInt2") continue;  // too ill, and too short
     SCOPED_TRACE(set.name);
-    const double tolerance = std::pow(10, -std::min(set.digits, 11.0));
+    const double tolerance = std::pow(10, -set.digits);
     fit(set, copies);
     for (std::size_t j = 0; j < set.b.size(); ++j) {
       EXPECT_TRUE(isClose(coef(static_cast<Index>(j + 1)), set.b[j], tolerance));

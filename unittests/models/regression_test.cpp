@@ -39,7 +39,10 @@ DoubleArray tableOf(const std::vector<std::vector<double>>& columns) {
   return table;
 }
 
-std::vector<double> ones(std::size_t n) { return std::vector<double>(n, 1.0); }
+std::vector<double> ones(std::size_t n) {
+  std::vector<double> column(n, 1.0);
+  return column;
+}
 
 testing::AssertionResult areClose(const DoubleArray& actual, const std::vector<double>& expected,
                                   double tolerance = 1e-12) {
@@ -290,6 +293,12 @@ TEST_F(Regression, FitsAtTheEndOfTheirErrors) {
   EXPECT_LT(main(Reg::F), 0);
   EXPECT_EQ(main(Reg::PValue), NoValue);
   EXPECT_EQ(main(Reg::RSquared), 0);
+
+  // A response that has nothing to do with x, by symmetry: F is 0, which rounding must not push below.
+  fit({0.7, 0.1, 0.2, 0.1, 0.7}, DoubleArray::table({{1, -0.2}, {1, -0.1}, {1, 0}, {1, 0.1}, {1, 0.2}}),
+      true);
+  EXPECT_EQ(main(Reg::F), 0);
+  EXPECT_EQ(main(Reg::PValue), 1);
 }
 
 // Fault: bad data that end in a number or in another failure than the one told, or change a result.

@@ -3,7 +3,8 @@
 namespace zelkova {
 
 /// A number of about 31 digits, as the unevaluated sum of two doubles (Dekker, Numerische Mathematik 18,
-/// 1971). For numbers whose squares neither overflow nor fall below 1E-290; the arithmetic is unchecked.
+/// 1971). For numbers up to 1E+300 whose products do not fall below 1E-290; the arithmetic is unchecked, and
+/// beyond that range ends in a not-a-number or in the digits of a double.
 struct DoubleDouble {
   double high = 0;
   double low = 0;

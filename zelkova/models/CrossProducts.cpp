@@ -13,7 +13,7 @@ namespace zelkova {
 namespace {
 
 /// The products of columns, some rows at a time. In each block the elements of a column are cut into slices:
-/// the first holds 22 bits below the column's largest element, the second the next 22, the last what is left
+/// the first holds 22 bits below the column's largest element, the next 22 more, the last what is left
 /// (Ozaki, Ogita, Oishi and Rump, Numerical Algorithms 59, 2012). Products of all but the last slices then
 /// sum up without rounding in plain arithmetic, and those of the last are small. Codes and other short
 /// numbers have a first slice only, and cost accordingly.
@@ -40,7 +40,8 @@ class SlicedProducts {
 
   /// A bound of the rounding in a product, relative to the lengths of its columns.
   static double noise(std::size_t slices) {
-    return std::ldexp(1.0, -44 - bitsOfSlice * (static_cast<int>(slices) - 1));
+    constexpr double ofDoubleDouble = 0x1p-98;
+    return std::max(ofDoubleDouble, std::ldexp(1.0, -44 - bitsOfSlice * (static_cast<int>(slices) - 1)));
   }
 
  private:
@@ -179,9 +180,9 @@ CrossProducts::CrossProducts(const std::vector<Column>& columns)
   for (const Column& column : columns) {
     if (column.size() != rows_) matrix::raise(MatrixFailure::NotConformable);
   }
-  // Two slices serve unless ten digits beyond the cancellation are in doubt.
+  // Two slices serve unless ten digits beyond the cancellation are in doubt; four leave nothing to wish for.
   form(columns, 2);
-  if (smallestShare(*this) < 1E+10 * noise_) form(columns, 3);
+  if (smallestShare(*this) < 1E+10 * noise_) form(columns, 4);
 }
 
 void CrossProducts::form(const std::vector<Column>& columns, std::size_t slices) {

@@ -30,12 +30,11 @@ void subtractMultiple(DoubleDouble* target, const DoubleDouble* source, DoubleDo
   for (std::size_t i = first; i < last; ++i) target[i] = target[i] - source[i] * factor;
 }
 
-/// What rounding may leave, relative to a column's length, of one of `columns` columns that the others
-/// explain: the noise of the products themselves, and that of the elimination. The latter was measured on
-/// two-way layouts with an empty cell: up to 4E-32 times the square of their 60 to 1000 columns.
-double remainderNoise(const CrossProducts& products, std::size_t columns) {
+/// `explainedShare`, and more where the elimination of many columns leaves more: on two-way layouts with an
+/// empty cell up to 4E-32 times the square of their 60 to 1000 columns was measured.
+double shareOfExplained(std::size_t columns) {
   const auto count = static_cast<double>(columns);
-  return std::max(products.noise(), count * count * 0x1p-100);
+  return std::max(explainedShare, count * count * 0x1p-100);
 }
 
 }  // namespace
@@ -53,11 +52,11 @@ LeastSquares::LeastSquares(const CrossProducts& products, std::vector<std::size_
   for (std::size_t k = 0; k < size(); ++k) {
     for (std::size_t i = k; i < size(); ++i) lower(i, k) = products(predictors_[i], predictors_[k]);
   }
-  const double noise = remainderNoise(products, size());
+  const double share = shareOfExplained(size());
   for (std::size_t k = 0; k < size(); ++k) {
     const double whole = products(predictors_[k], predictors_[k]).rounded();
     const DoubleDouble pivot = lower(k, k);
-    if (pivot.rounded() <= whole * noise) matrix::raise(MatrixFailure::Singular);
+    if (pivot.rounded() <= whole * share) matrix::raise(MatrixFailure::Singular);
     diagonal_[k] = pivot;
     for (std::size_t j = k + 1; j < size(); ++j) {
       const DoubleDouble factor = lower(j, k) / pivot;
@@ -89,8 +88,9 @@ std::vector<double> LeastSquares::coefficients(const Projection& projection) con
   for (std::size_t i = size(); i-- > 0;) {
     for (std::size_t k = i + 1; k < size(); ++k) b[i] = b[i] - lower(k, i) * b[k];
   }
-  std::vector<double> result;
-  for (const DoubleDouble& x : b) result.push_back(checked::finite(x.rounded()));
+  std::vector<double> result(size());
+  std::transform(b.begin(), b.end(), result.begin(),
+                 [](const DoubleDouble& x) { return checked::finite(x.rounded()); });
   return result;
 }
 
@@ -122,8 +122,8 @@ std::vector<double> LeastSquares::inverseDiagonal() const {
 
 std::vector<double> LeastSquares::leverages(const std::vector<Column>& columns) const {
   if (columns.size() != size()) matrix::raise(MatrixFailure::NotConformable);
-  // The sum of the squares of D^(-1/2) L^-1 x: half the digits of the condition are lost here that x'Cx with
-  // a rounded C would lose.
+  // As the sum of the squares of D^(-1/2) L^-1 x: a rounded L^-1 loses the digits of the condition of X, a
+  // rounded C would lose those of its square.
   const std::vector<DoubleDouble> inverse = inverseOfLower();
   const std::size_t rows = columns.front().size();
   constexpr std::size_t blockRows = 256;
@@ -156,8 +156,8 @@ std::vector<std::size_t> independentPlaces(const CrossProducts& products, const 
   std::vector<std::size_t> places;
   for (std::size_t k = 0; k < count; ++k) {
     DoubleDouble* const source = &rest[k * count];
-    const double noise = products(k, k).rounded() * remainderNoise(products, count);
-    const double unexplained = source[k].rounded();
+    const double noise = products(k, k).rounded() * shareOfExplained(count);
+    const double unexplained = checked::finite(source[k].rounded());
     if (k < fixed && unexplained <= noise) matrix::raise(MatrixFailure::Singular);
     if (k >= fixed && unexplained <= std::max(noise, limits[k])) continue;
     places.push_back(k);

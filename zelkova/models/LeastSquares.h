@@ -8,6 +8,10 @@
 
 namespace zelkova {
 
+/// A column that keeps no larger share of its squares about its fit on others is explained by them: a
+/// distance of 5E-14, what the rounding of its own elements makes of an exact sum of others.
+constexpr double explainedShare = 0x1p-88;
+
 /// The normal equations of a choice of predictors, solved: X'X = L D L' with a unit lower triangle L and a
 /// diagonal D, in extended arithmetic. Predictors and responses are places in the `CrossProducts`.
 class LeastSquares {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "zelkova/frame/arithmetic.h"
@@ -25,8 +26,9 @@ DoubleArray tableOf(const std::vector<Column>& columns, const std::vector<std::s
 }
 
 StringArray namesAt(const StringArray& names, const std::vector<std::size_t>& places) {
-  std::vector<std::string> kept;
-  for (const std::size_t place : places) kept.push_back(names(static_cast<Index>(place + 1)));
+  std::vector<std::string> kept(places.size());
+  std::transform(places.begin(), places.end(), kept.begin(),
+                 [&](std::size_t place) { return names(static_cast<Index>(place + 1)); });
   return StringArray(std::move(kept));
 }
 

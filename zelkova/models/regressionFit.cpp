@@ -37,7 +37,10 @@ DoubleArray analysisOfVariance(WorksheetFunction& host, double n, double columns
   main(Reg::SSR) = ssr.rounded();
   main(Reg::SSE) = sse.rounded();
   main(Reg::SST) = (ssr + sse).rounded();
-  main(Reg::MSR) = checked::quotient(main(Reg::SSR), main(Reg::DFRegression));
+  if (main(Reg::DFRegression) == 0) {
+    raise(FailureNumber::DivisionByZero, "the constant alone has no regression mean square");
+  }
+  main(Reg::MSR) = main(Reg::SSR) / main(Reg::DFRegression);
 
   if (isExactFit(main(Reg::SSE), main(Reg::DFError))) return main;
 
@@ -67,7 +70,10 @@ DoubleDouble regressionSS(const CrossProducts& products, const ResponseSummary& 
                           const LeastSquares::Projection& projection, bool FitIntercept) {
   if (!FitIntercept) return projection.explained;
   const DoubleDouble n{static_cast<double>(products.rows())};
-  return projection.explained - response.sum * response.sum / n;
+  const DoubleDouble sum = projection.explained - response.sum * response.sum / n;
+  // Rounding must not turn the sign of what is 0: a balanced design often explains nothing of a response.
+  const double noise = products(response.place, response.place).rounded() * products.noise();
+  return std::abs(sum.rounded()) <= noise ? DoubleDouble{} : sum;
 }
 
 bool isExactFit(double SSE, double dfError) {

@@ -27,7 +27,7 @@ std::vector<double> unexplainedByOthers(const CrossProducts& products, std::size
     const std::vector<double> inverseDiagonal = LeastSquares(products, all).inverseDiagonal();
     for (std::size_t j = first; j < all.size(); ++j) {
       const double unexplained = checked::quotient(1, inverseDiagonal[j]);
-      const double noise = products(j, j).rounded() * products.noise();
+      const double noise = products(j, j).rounded() * explainedShare;
       result.push_back(unexplained <= noise ? 0 : unexplained);
     }
   } catch (const Failure& failure) {

@@ -20,12 +20,13 @@ ZELKOVA_SLOTS(Reg, DFRegression, DFError, DFTotal, SSR, SSE, SST, MSR, MSE, F, P
 /// A fit whose error sum of squares is below 1E-8, in the units of the response, or that has no error degrees
 /// of freedom, counts as exact: what needs an error is `NoValue`.
 ///
-/// Failures: 5012 where X'X is singular, 5009 for columns of different lengths, 9 for an array that was never
-/// filled, 6 where the squares of the data overflow.
+/// Failures: 5012 where X'X is singular, 5009 for columns of different lengths, 5022 for an array that was
+/// never filled, 5 for a response of several columns, 6 where the squares of the data overflow.
 class yRegression : public HostBound {
  public:
   /// The fit: coefficients with standard errors, t and p-values, and the analysis of variance in `RegMain`.
-  /// With `CalculateResidual`, fitted values and residuals, the latter to 7 decimals; zeros without.
+  /// With `CalculateResidual`, fitted values and residuals, the latter to 7 decimals; zeros without. Failure
+  /// 11 for a constant without regressors.
   void RegOutput(const DoubleArray& M_Y, const DoubleArray& M_X, DoubleArray& coef, DoubleArray& SECoef,
                  DoubleArray& tStat, DoubleArray& PV, DoubleArray& FittedV, DoubleArray& Residual,
                  DoubleArray& RegMain, bool FitIntercept, bool CalculateResidual = false) const;
@@ -65,7 +66,7 @@ class yRegression : public HostBound {
                      DoubleArray& NewLPL, DoubleArray& NewUPL) const;
 
   /// Removes the columns of `M_X` that are constant (but for the constant of the fit) or explained by the
-  /// columns before them, and their names in `M_Xname`, which has one for each column.
+  /// columns before them, and their names in `M_Xname`; failure 9 unless that has one for each column.
   void RegressionCheck(DoubleArray& M_X, StringArray& M_Xname, bool FitIntercept) const;
 
   /// The straight line: `M_X` has two columns, the constant and x. Fits, unrounded residuals, 1 to n in
