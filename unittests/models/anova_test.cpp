@@ -173,8 +173,9 @@ class TwoWay : public WithHost {
 };
 
 // Faults: the interaction's variation lost or counted twice when it is pooled; limits with the other factor's
-// number of values. Expected: R, anova(lm(breaks ~ wool * tension)) and of wool + tension, and the means of
-// the levels with qt(0.975, dfE) sigma / sqrt(values of the level) to either side.
+// number of values; a text of the caller's that is cleared. Expected: R, anova(lm(breaks ~ wool * tension))
+// and of wool + tension, and the means of the levels with qt(0.975, dfE) sigma / sqrt(values of the level) to
+// either side.
 TEST_F(TwoWay, AgreesWithR) {
   run(breaks, wool, tension, false);
   expectSlots(table, {1,
@@ -234,6 +235,9 @@ TEST_F(TwoWay, AgreesWithR) {
                       0.269140665741357});
   EXPECT_TRUE(isClose(levels2(2, TwoANOVALevels::Lower), 20.8890834736570));
   EXPECT_TRUE(error.empty());
+  error = "earlier";
+  run(breaks, wool, tension, true);
+  EXPECT_EQ(error, "earlier");
 }
 
 // Fault: an error of large effects left over from the total, where cancellation leaves nothing of it. The

@@ -58,8 +58,7 @@ Class regression() {
               Note("VIF", "1/(1 - R squared) of each regressor on the others"))
       .note(
           "A regressor that the others explain exactly, with an error sum of squares below 1E-8 in its "
-          "own "
-          "squared units, has no value. A single regressor has 1.")
+          "own squared units, has no value. A single regressor has 1.")
       .method("GetDurbinWatson", &yRegression::GetDurbinWatson,
               "Durbin and Watson's statistic of serial correlation", residual)
       .note("Residuals that are all 0 have no value.")
@@ -88,8 +87,7 @@ Class regression() {
               Note("M_X", "the columns of the model").table().inOut(),
               Note("M_Xname", "a name for each of them").inOut(), intercept)
       .note(
-          "A column goes where its sum of squares about its fit on the columns before it is at most "
-          "1E-18 "
+          "A column goes where its sum of squares about its fit on the columns before it is at most 1E-18 "
           "times its sum, or nothing but rounding. The constant of the fit stays.")
       .method("RegSOutput", &yRegression::RegSOutput, "Straight line with limits at each observation",
               response, Note("M_X", "two columns, ones and x").table(), confidence,
@@ -116,11 +114,11 @@ Class oneWay() {
               Note("OANVValue_I", "a row for each level").table().slots(OneANOVALevels::names),
               Note("OANVlabel", "the levels in order of first appearance: the rows of OANVValue_I"))
       .note(
-          "The limits of a level's mean use the standard deviation pooled over all levels and its degrees of "
-          "freedom.")
+          "The limits of a level's mean use the standard deviation pooled over all levels and its degrees "
+          "of freedom.")
       .note(
-          "F and p-value have no value where there is a single level or no spread inside the levels. Where "
-          "every level has a single value the call fails: there is nothing to form limits from.")
+          "F and p-value have no value where there is a single level or no spread inside the levels. "
+          "Where every level has a single value the call fails: there is nothing to form limits from.")
       .method("OneANOVAResOutput", &yANOVA1::OneANOVAResOutput, "Fitted values and residuals",
               Note("dy", "the data"), Note("dx", "the label of each value"),
               Note("Residual", "value less fitted value, in the order of the data"),
@@ -131,24 +129,24 @@ Class oneWay() {
 Class twoWay() {
   const Note additive("Additive", "true leaves out the interaction: its variation counts as error");
   return Description<yANOVA2>("yANOVA2", "Two-way analysis of variance")
-      .method("TwoANOVAOutput", &yANOVA2::TwoANOVAOutput,
-              "Table of a balanced layout, and means of the levels with limits", Note("dy", "the data"),
-              Note("dx1", "the label of each value under factor 1; compared exactly, case included"),
-              Note("dx2", "the label of each value under factor 2"), additive,
-              Note("dCLevel", "confidence of the limits as a fraction, such as 0.95"),
-              Note("TANVValue", "the table: factor 1, factor 2, their interaction (12), error (E), total (T)")
-                  .slots(TwoANOVA::names),
-              Note("TANVValue_I1", "a row for each level of factor 1").table().slots(TwoANOVALevels::names),
-              Note("TANVValue_I2", "a row for each level of factor 2").table().slots(TwoANOVALevels::names),
-              Note("UniX1", "the levels of factor 1 in order of first appearance: the rows of TANVValue_I1"),
-              Note("UniX2", "the levels of factor 2 in order of first appearance: the rows of TANVValue_I2"),
-              Note("ErrorCode",
-                   "set where the data do not fit: every pair of levels must have the same number "
-                   "of values, and each factor two levels"))
+      .method(
+          "TwoANOVAOutput", &yANOVA2::TwoANOVAOutput,
+          "Table of a balanced layout, and means of the levels with limits", Note("dy", "the data"),
+          Note("dx1", "the label of each value under factor 1; compared exactly, case included"),
+          Note("dx2", "the label of each value under factor 2"), additive,
+          Note("dCLevel", "confidence of the limits as a fraction, such as 0.95"),
+          Note("TANVValue", "the table: factor 1, factor 2, their interaction (12), error (E), total (T)")
+              .slots(TwoANOVA::names),
+          Note("TANVValue_I1", "a row for each level of factor 1").table().slots(TwoANOVALevels::names),
+          Note("TANVValue_I2", "a row for each level of factor 2").table().slots(TwoANOVALevels::names),
+          Note("UniX1", "the levels of factor 1 in order of first appearance: the rows of TANVValue_I1"),
+          Note("UniX2", "the levels of factor 2 in order of first appearance: the rows of TANVValue_I2"),
+          Note("ErrorCode",
+               "why the data are refused, if they are: then nothing else is set. Every pair of levels must "
+               "have the same number of values, and each factor two levels"))
       .note(
           "Without replicates, the table with the interaction has no error left: mean square, F, p-values "
-          "and "
-          "limits have no value. Additive true tests the factors against the interaction instead.")
+          "and limits have no value. Additive true tests the factors against the interaction instead.")
       .note("The adjusted R-squared has no slot.")
       .method("TwoANOVAResOutput", &yANOVA2::TwoANOVAResOutput, "Fitted values and residuals",
               Note("dy", "the data"), Note("dx1", "the label of each value under factor 1"),
@@ -186,46 +184,36 @@ Class generalLinearModel() {
           Note("varcomp",
                "the variance component of each term and the error mean square, when FNANOVA is true"),
           Note("FNANOVA", "true asks for the variance components of a fully nested model"),
-          Note("ErrorCode", "set where the model or the data do not fit"),
+          Note("ErrorCode", "why the model or the data are refused, if they are: then nothing else is set"),
           Note("ResidualPlot",
                "true fills FittedV and Residual in place of ANOVAtable, ANOVAlabel and varcomp")
               .optional(false))
       .note(
-          "Factors are in effect coding: a coefficient is a level's deviation from the mean of the levels, "
-          "and "
-          "that of the last level, in numeric-aware order, is minus the sum of the others. A coefficient of "
-          "an "
-          "interaction is named by its levels, A|a1*B|b1, one of a nested term by the inner level and, in "
-          "parentheses, the enclosing ones, B(A)|b1(a1).")
+          "Factors are in effect coding: a coefficient is a level's deviation from the mean of the "
+          "levels, and that of the last level, in numeric-aware order, is minus the sum of the others. A "
+          "coefficient of an interaction is named by its levels, A|a1*B|b1, one of a nested term by the "
+          "inner level and, in parentheses, the enclosing ones, B(A)|b1(a1).")
       .note(
-          "Sequential sums of squares (Type I) are each term's after those before it in the model, adjusted "
-          "ones "
-          "(Type III) each term's after all others. F and p-value are from the adjusted mean square over "
-          "that of "
-          "the error.")
+          "Sequential sums of squares (Type I) are each term's after those before it in the model, "
+          "adjusted ones (Type III) each term's after all others. F and p-value are from the adjusted "
+          "mean square over that of the error.")
       .note(
-          "A model must be hierarchical: A*B needs A and B, A*B*C the three pairs as well, B(A) needs A. A "
-          "factor "
-          "that encloses another may itself be nested: A, B(A), C(A, B). Names compare without regard to "
-          "case.")
+          "A model must be hierarchical: A*B needs A and B, A*B*C the three pairs as well, B(A) needs A. "
+          "A factor that encloses another may itself be nested: A, B(A), C(A, B). Names compare without "
+          "regard to case.")
       .note(
-          "ErrorCode is one of: Factors must have more than 1 level; Illegal terms in model (unknown names, "
-          "empty "
-          "or repeated terms); Nested terms must be factors; Model is not hierarchical; Insufficient data "
-          "points "
-          "(more coefficients than values); Error: Collinearity (columns that depend on each other, such as "
-          "an "
-          "interaction with an empty cell, or data too large to square); Rank deficiency due to colinearity.")
+          "ErrorCode is one of: Factors must have more than 1 level; Illegal terms in model (unknown "
+          "names, empty or repeated terms); Nested terms must be factors; Model is not hierarchical; "
+          "Insufficient data points (more coefficients than values); Error: Collinearity (columns that "
+          "depend on each other, such as an interaction with an empty cell, or data too large to square); "
+          "Rank deficiency due to colinearity.")
       .note(
           "An error sum of squares below 1E-8, in the squared units of dy, or without degrees of freedom "
-          "counts as "
-          "an exact fit: what needs an error has no value.")
+          "counts as an exact fit: what needs an error has no value.")
       .note(
-          "A variance component is a term's mean square less that of the next term, or of the error for the "
-          "last, "
-          "over the number of values in a combination of the term's levels, n over their number. That is "
-          "exact for "
-          "balanced data. A negative one stays negative.")
+          "A variance component is a term's mean square less that of the next term, or of the error for "
+          "the last, over the number of values in a combination of the term's levels, n over their "
+          "number. That is exact for balanced data. A negative one stays negative.")
       .done();
 }
 
