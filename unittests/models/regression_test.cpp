@@ -301,6 +301,25 @@ TEST_F(Regression, FitsAtTheEndOfTheirErrors) {
   EXPECT_EQ(main(Reg::PValue), 1);
 }
 
+// Fault: an x that hardly varies beside its distance from 0, such as the seconds of a time of day, refused as
+// collinear with the constant or fitted without digits. Expected: R, summary(lm(y ~ i)) for i from 0 to 5,
+// with the intercept carried to x by hand.
+TEST_F(Regression, FitsTimesFarFromZero) {
+  const DoubleArray response{1, 2.1, 2.9, 4.2, 5, 6.1};
+  std::vector<double> times;
+  for (int i = 0; i < 6; ++i) times.push_back(1.7e9 + i);
+  fit(response, tableOf({ones(6), times}), true);
+  EXPECT_TRUE(areClose(coef, {-1724285713.27142857143, 1.01428571428571429}));
+  EXPECT_TRUE(areClose(se, {46078903.1159309, 0.0271052370871575}));
+  EXPECT_TRUE(isClose(main(Reg::SSE), 0.0514285714285714));
+  EXPECT_TRUE(isClose(main(Reg::F), 1400.27777777778));
+
+  StringArray names{"Constant", "time"};
+  DoubleArray X = tableOf({ones(6), times});
+  model.RegressionCheck(X, names, true);
+  EXPECT_EQ(names.size(), 2);
+}
+
 // Fault: bad data that end in a number or in another failure than the one told, or change a result.
 TEST_F(Regression, BadDataEndInAFailureAndChangeNothing) {
   coef = {7};

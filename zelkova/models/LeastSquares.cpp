@@ -12,18 +12,6 @@ namespace zelkova {
 
 namespace {
 
-DoubleArray rounded(const CrossProducts& products, const std::vector<std::size_t>& places) {
-  const auto n = static_cast<Index>(places.size());
-  DoubleArray table(n, n, 0.0);
-  for (Index j = 1; j <= n; ++j) {
-    for (Index i = 1; i <= n; ++i) {
-      table(i, j) = products(places[static_cast<std::size_t>(i - 1)], places[static_cast<std::size_t>(j - 1)])
-                        .rounded();
-    }
-  }
-  return table;
-}
-
 /// target(i) -= factor source(i), from `first` on.
 void subtractMultiple(DoubleDouble* target, const DoubleDouble* source, DoubleDouble factor,
                       std::size_t first, std::size_t last) {
@@ -47,8 +35,6 @@ std::vector<std::size_t> firstPlaces(std::size_t count) {
 
 LeastSquares::LeastSquares(const CrossProducts& products, std::vector<std::size_t> predictors)
     : products_(products), predictors_(std::move(predictors)), lower_(size() * size()), diagonal_(size()) {
-  if (MatDeterminant(rounded(products, predictors_)) == 0) matrix::raise(MatrixFailure::Singular);
-
   for (std::size_t k = 0; k < size(); ++k) {
     for (std::size_t i = k; i < size(); ++i) lower(i, k) = products(predictors_[i], predictors_[k]);
   }

@@ -16,8 +16,9 @@ constexpr double explainedShare = 0x1p-88;
 /// diagonal D, in extended arithmetic. Predictors and responses are places in the `CrossProducts`.
 class LeastSquares {
  public:
-  /// Failure 5012 where X'X is singular: where its determinant comes out as exactly 0 (`MatDeterminant`), or
-  /// where a predictor's distance from the span of those before it is nothing but rounding.
+  /// Failure 5012 where X'X is singular: where a factor of its determinant, the product of D, is 0 but for
+  /// rounding, because a predictor is no further than that from the span of those before it. Deliberate: the
+  /// determinant of the rounded table would be 0 for many an x far from 0 too, such as a date and time.
   LeastSquares(const CrossProducts& products, std::vector<std::size_t> predictors);
 
   /// What the predictors explain of one response.

@@ -59,7 +59,7 @@ class yRegression : public HostBound {
   /// Fits, standard errors, confidence and prediction limits at the rows of `M_X_new`, which has the columns
   /// of `M_X`; `coef` and the numbers `dDoFR`, `dDoFT` and `dMSE` (slots 1, 3 and 8 of `RegMain`) are those
   /// of the fit to `M_X`, and `CLevel` is a fraction. With a `dMSE` of `NoValue` errors and limits are
-  /// `NoValue`. Failure 1004 without error degrees of freedom, and for a `CLevel` outside (0, 1).
+  /// `NoValue`. Failure 1004 without error degrees of freedom, and for a `CLevel` below 0 or not below 1.
   void GetPredictNew(const DoubleArray& M_X, const DoubleArray& M_X_new, const DoubleArray& coef,
                      double dDoFR, double dDoFT, double dMSE, bool FitIntercept, double CLevel,
                      DoubleArray& NewFit, DoubleArray& NewSEFit, DoubleArray& NewLCL, DoubleArray& NewUCL,
