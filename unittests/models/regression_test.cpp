@@ -93,8 +93,8 @@ TEST_F(Regression, AgreesWithRWithAndWithoutIntercept) {
                               0.965098877504480, 0.959282023755226}));
 }
 
-// Faults: rounding in the wrong place, or in both methods; fits where none were asked for. Expected: R,
-// fitted and resid of the same model.
+// Faults: rounding in the wrong place, or in both methods, or to a "-0"; fits where none were asked for.
+// Expected: R, fitted and resid of the same model.
 TEST_F(Regression, RoundsResidualsForDisplayOnly) {
   fit(loss, withConstant, true);
   EXPECT_EQ(residual.size(), 21);
@@ -113,6 +113,10 @@ TEST_F(Regression, RoundsResidualsForDisplayOnly) {
   model.RegOutput(loss, withConstant, coef, se, t, p, fitted, residual, main, true);
   EXPECT_EQ(fitted, DoubleArray(21));
   EXPECT_EQ(residual, DoubleArray(21));
+
+  fit({0.1, 0.2, 0.3, 0.4, 0.7},
+      DoubleArray::table({{1, 1, 0.3}, {1, 2, 0.2}, {1, 3, 0.7}, {1, 4, -0.1}, {1, 7, 0.4}}), true);
+  for (const double e : residual.elements()) EXPECT_FALSE(e != 0 || std::signbit(e));
 }
 
 // Faults: the constant's own entry among the results; differences of the wrong pair of fits. Expected: R,

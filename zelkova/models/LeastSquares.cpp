@@ -1,7 +1,6 @@
 #include "zelkova/models/LeastSquares.h"
 
 #include <algorithm>
-#include <cmath>
 #include <numeric>
 #include <utility>
 

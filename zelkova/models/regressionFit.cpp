@@ -126,11 +126,8 @@ DoubleArray residualsOf(Column y, const DoubleArray& fitted) {
 }
 
 void roundForDisplay(DoubleArray& values) {
-  constexpr double scale = 1E+7;
-  constexpr double withoutDecimals = 0x1p52 / scale;
-  for (double& x : values.elements()) {
-    if (std::abs(x) < withoutDecimals) x = roundHalfEven(x * scale) / scale;
-  }
+  // Adding 0 takes the sign off a residual that rounds to nothing.
+  for (double& x : values.elements()) x = roundHalfEven(x, 7) + 0.0;
 }
 
 DoubleArray countingUp(Index n) {
