@@ -44,18 +44,6 @@ std::vector<double> ones(std::size_t n) {
   return column;
 }
 
-testing::AssertionResult areClose(const DoubleArray& actual, const std::vector<double>& expected,
-                                  double tolerance = 1e-12) {
-  if (actual.size() != static_cast<Index>(expected.size())) {
-    return testing::AssertionFailure() << actual.size() << " elements";
-  }
-  for (std::size_t i = 0; i < expected.size(); ++i) {
-    const auto result = isClose(actual.elements()[i], expected[i], tolerance);
-    if (!result) return testing::AssertionFailure() << "element " << i + 1 << ": " << result.message();
-  }
-  return testing::AssertionSuccess();
-}
-
 class Regression : public WithHost {
  protected:
   void fit(const DoubleArray& Y, const DoubleArray& X, bool intercept) {
