@@ -54,3 +54,30 @@ heading "And the medians? (Mann-Whitney test)"
 
 heading "The same by Mood's median test, with limits for each supplier's median: no difference is shown by any of the three"
 "$zelkova" call yHTest.MoodsMOutput dy=@wool.csv:breaks dx=@wool.csv:supplier --digits 8
+
+heading "What drives the ammonia that a plant loses up its stack? (regression on air flow, water temperature, acid)"
+stack=(M_Y=@stackloss.csv:stack_loss M_X=@stackloss.csv:1-4 FitIntercept=true)
+"$zelkova" call yRegression.RegOutput "${stack[@]}" CalculateResidual=true
+
+heading "What each of the three explains beyond the other two, and how far they overlap"
+"$zelkova" call yRegression.GetSSAdj "${stack[@]}"
+"$zelkova" call yRegression.GetVIF "${stack[@]:1}"
+
+heading "Do the losses of neighbouring days go together (Durbin-Watson), and how well is a day predicted from the others?"
+fit=$("$zelkova" call yRegression.RegResiOutput "${stack[@]}" --json)
+residual=$(sed 's/.*"Residual": \[\([^]]*\)\].*/\1/' <<< "$fit")
+coef=$(sed 's/.*"coef": \[\([^]]*\)\].*/\1/' <<< "$fit")
+"$zelkova" call yRegression.GetDurbinWatson Residual="$residual"
+"$zelkova" call yRegression.GetPRESS Residual="$residual" "${stack[@]:1}"
+
+heading "Two settings that are planned, with limits of 95 percent for their mean and for a single day"
+"$zelkova" call yRegression.GetPredictNew M_X=@stackloss.csv:1-4 M_X_new=@stackloss_plan.csv:1-4 coef="$coef" \
+  dDoFR=3 dDoFT=20 dMSE=10.5194095 FitIntercept=true CLevel=0.95
+
+heading "The two wools once more: do supplier and tension drive the breaks, and does the one depend on the other? (two-way)"
+"$zelkova" call yANOVA2.TwoANOVAOutput dy=@wool.csv:breaks dx1=@wool.csv:supplier dx2=@wool.csv:tension \
+  Additive=false dCLevel=0.95
+
+heading "Which fertilizer raises the yield of peas, beyond what the field's blocks differ? (general linear model)"
+"$zelkova" call yGLM.GLMOutput dy=@npk.csv:yield dyn=yield df=@npk.csv:1-4 dfn=block,N,P,K \
+  model='block,N,P,K,N*P,N*K,P*K' FNANOVA=false

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <string>
 
+#include "zelkova/frame/Array.h"
 #include "zelkova/frame/Failure.h"
 
 namespace zelkova {
@@ -36,6 +37,20 @@ inline testing::AssertionResult isClose(double actual, double expected, double t
   const double error = std::abs(actual - expected);
   if (error <= tolerance * std::abs(expected)) return testing::AssertionSuccess();
   return testing::AssertionFailure() << actual << " is not " << expected << ", off by " << error;
+}
+
+/// The same for all elements.
+inline testing::AssertionResult areClose(const DoubleArray& actual, const DoubleArray& expected,
+                                         double tolerance = 1e-12) {
+  if (actual.size() != expected.size() || actual.rows() != expected.rows()) {
+    return testing::AssertionFailure() << actual.size() << " elements in " << actual.rows() << " rows";
+  }
+  for (Index i = 0; i < actual.size(); ++i) {
+    const auto at = static_cast<std::size_t>(i);
+    const auto result = isClose(actual.elements()[at], expected.elements()[at], tolerance);
+    if (!result) return testing::AssertionFailure() << "element " << i + 1 << ": " << result.message();
+  }
+  return testing::AssertionSuccess();
 }
 
 }  // namespace zelkova

@@ -24,9 +24,7 @@ void describeHypothesis(std::vector<Class>& classes) {
       "The limit that a one-sided alternative does not produce is 0. A text that is no alternative, a wrong "
       "case included, decides nothing: p-value and both limits are 0.";
 
-  const Note errorCode = Note("ErrorCode", "why the data are refused, if they are: then nothing else is set")
-                             .inOut()
-                             .optional(std::string());
+  const Note errorCode("ErrorCode", "why the data are refused, if they are: then nothing else is set");
   const Note grouped("dy", "the data, all groups");
   const Note labels("dx", "the group of each value, as many labels as dy has values");
   const Note jointConfidence("CLevel", "joint confidence of all limits as a fraction, such as 0.95");
@@ -103,7 +101,8 @@ void describeHypothesis(std::vector<Class>& classes) {
                   Note("ChiTable", "what each cell adds to chi-square").table(),
                   Note("rowtotal", "the total of each row"), Note("coltotal", "the total of each column"),
                   Note("Obstotal", "the total of all"),
-                  Note("ChisquareValue", "the test").slots(ChiSquareTest::names), errorCode)
+                  Note("ChisquareValue", "the test").slots(ChiSquareTest::names),
+                  Note(errorCode).optional(std::string()))
           .note("Refused: \"Invalid data\" where a cell is negative or not whole, \"Rows all zeros\", "
                 "\"Columns all zeros\".")
           .note(

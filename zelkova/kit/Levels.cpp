@@ -1,5 +1,6 @@
 #include "zelkova/kit/Levels.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <string_view>
@@ -82,5 +83,32 @@ void Levels::collect(std::span<const T> values) {
 Levels::Levels(std::span<const double> values) { collect(values); }
 
 Levels::Levels(std::span<const std::string> texts) { collect(texts); }
+
+bool isEvenlySpread(Index n, const Levels& factor1, const Levels& factor2, bool equalCounts,
+                    bool replicates) {
+  const auto rows = static_cast<std::size_t>(n);
+  if (factor1.codes().size() < rows || factor2.codes().size() < rows) raise(FailureNumber::OutOfRange);
+  const auto even = [&](const std::vector<Index>& counts) {
+    const auto cells = static_cast<Index>(counts.size());
+    return std::all_of(counts.begin(), counts.end(), [&](Index count) {
+      return (!equalCounts || count * cells == n) && (!replicates || count >= 2);
+    });
+  };
+  if (!equalCounts && !replicates) return true;
+  // More cells than rows: some are empty, and neither condition lets that pass.
+  if (factor1.count() > n / factor2.count()) return false;
+
+  std::vector<Index> counts1(static_cast<std::size_t>(factor1.count()));
+  std::vector<Index> counts2(static_cast<std::size_t>(factor2.count()));
+  std::vector<Index> pairs(counts1.size() * counts2.size());
+  for (std::size_t i = 0; i < rows; ++i) {
+    const auto level1 = static_cast<std::size_t>(factor1.codes()[i]);
+    const auto level2 = static_cast<std::size_t>(factor2.codes()[i]);
+    ++counts1[level1];
+    ++counts2[level2];
+    ++pairs[level1 * counts2.size() + level2];
+  }
+  return even(counts1) && even(counts2) && even(pairs);
+}
 
 }  // namespace zelkova

@@ -39,4 +39,7 @@ class Levels {
   std::vector<Index> codes_;
 };
 
+/// As `IsBalanced` for the first `n` rows.
+bool isEvenlySpread(Index n, const Levels& factor1, const Levels& factor2, bool equalCounts, bool replicates);
+
 }  // namespace zelkova

@@ -22,34 +22,6 @@ DoubleArray distinctRanks(const std::vector<order::Row>& sorted) {
   return ranks;
 }
 
-bool balanced(Index n, const StringArray& factor1, const StringArray& factor2, bool equalCounts,
-              bool replicates) {
-  const Levels levels1(factor1.vector());
-  const Levels levels2(factor2.vector());
-  if (factor1.rows() < n || factor2.rows() < n) raise(FailureNumber::OutOfRange);
-  const auto even = [&](const std::vector<Index>& counts) {
-    const auto cells = static_cast<Index>(counts.size());
-    return std::all_of(counts.begin(), counts.end(), [&](Index count) {
-      return (!equalCounts || count * cells == n) && (!replicates || count >= 2);
-    });
-  };
-  if (!equalCounts && !replicates) return true;
-  // More cells than rows: some are empty, and neither condition lets that pass.
-  if (levels1.count() > n / levels2.count()) return false;
-
-  std::vector<Index> counts1(static_cast<std::size_t>(levels1.count()));
-  std::vector<Index> counts2(static_cast<std::size_t>(levels2.count()));
-  std::vector<Index> pairs(counts1.size() * counts2.size());
-  for (std::size_t i = 0; i < static_cast<std::size_t>(n); ++i) {
-    const auto level1 = static_cast<std::size_t>(levels1.codes()[i]);
-    const auto level2 = static_cast<std::size_t>(levels2.codes()[i]);
-    ++counts1[level1];
-    ++counts2[level2];
-    ++pairs[level1 * counts2.size() + level2];
-  }
-  return even(counts1) && even(counts2) && even(pairs);
-}
-
 /// The whole number that an argument holds; nothing where it is not numeric or shows a decimal point.
 std::optional<double> wholeNumber(const Variant& argument) {
   const std::string text = argument.toText();
@@ -87,12 +59,14 @@ void GetRanks(const DoubleArray& data, DoubleArray& ranks, bool averageTies) {
 
 bool IsBalanced(const DoubleArray& data, const StringArray& factor1, const StringArray& factor2,
                 bool equalCounts, bool replicates) {
-  return balanced(data.rows(), factor1, factor2, equalCounts, replicates);
+  return isEvenlySpread(data.rows(), Levels(factor1.vector()), Levels(factor2.vector()), equalCounts,
+                        replicates);
 }
 
 bool IsBalancedS(const StringArray& data, const StringArray& factor1, const StringArray& factor2,
                  bool equalCounts, bool replicates) {
-  return balanced(data.rows(), factor1, factor2, equalCounts, replicates);
+  return isEvenlySpread(data.rows(), Levels(factor1.vector()), Levels(factor2.vector()), equalCounts,
+                        replicates);
 }
 
 Variant GetGCD(const Variant& a, const Variant& b) {
