@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "component/AutomationHost.h"
+#include "component/PlainArithmetic.h"
 #include "component/arguments.h"
 #include "component/identities.h"
 #include "zelkova/frame/numberText.h"
@@ -100,8 +101,11 @@ class Call {
 
   void checkComplete() {
     for (std::size_t i = 0; i < passed_.size(); ++i) {
-      if (passed_[i] != nullptr && isMissing(*passed_[i])) passed_[i] = nullptr;
       const Argument& argument = method_.arguments[i];
+      // A variable that holds "left out" can still take a result.
+      const bool isVariable =
+          passed_[i] != nullptr && (passed_[i]->vt & VT_BYREF) != 0 && argument.isOutput();
+      if (passed_[i] != nullptr && !isVariable && isMissing(*passed_[i])) passed_[i] = nullptr;
       const bool needed = argument.isOutput() ? !argument.optional : argument.isNeeded();
       if (passed_[i] == nullptr && needed) throw Refusal{DISP_E_PARAMNOTOPTIONAL, static_cast<UINT>(i)};
     }
@@ -114,6 +118,7 @@ class Call {
       const Argument& argument = method_.arguments[i];
       if (passed_[i] == nullptr) continue;
       if (argument.isOutput()) receivers_[i].emplace(argument, *passed_[i]);
+      if (isMissing(*passed_[i])) continue;
       values_[i] = argument.isInput() ? valueOf(argument, *passed_[i], locale_)
                                       : incomingValue(argument, *passed_[i], locale_);
     }
@@ -146,12 +151,18 @@ class Call {
   }
 
   /// All outputs are made ready before the first is replaced. A method that was ended by a failure has
-  /// assigned only what differs from what came in.
+  /// assigned only what differs from what came in; there, a variable that cannot take its part is no reason
+  /// to hide the failure.
   void giveBack(bool ended) {
     std::vector<Receiver*> ready;
     for (std::size_t i = 0; i < values_.size(); ++i) {
       if (!receivers_[i] || !isAssigned(i, ended)) continue;
-      receivers_[i]->prepare(values_[i]);
+      try {
+        receivers_[i]->prepare(values_[i]);
+      } catch (const Failure&) {
+        if (ended) throw;
+        continue;
+      }
       ready.push_back(&*receivers_[i]);
     }
     for (Receiver* receiver : ready) receiver->commit();
@@ -179,31 +190,40 @@ class Call {
 
 }  // namespace
 
-HRESULT report(const Failure& failure, const std::string& source, EXCEPINFO* exception) noexcept {
+HRESULT reportCurrent(const std::string& source, EXCEPINFO* exception) noexcept {
   if (exception == nullptr) return DISP_E_EXCEPTION;
   *exception = {};
-  exception->scode = codeOf(failure);
-  try {
+  const auto report = [&](const Failure& failure) {
+    exception->scode = codeOf(failure);
     exception->bstrSource = newText(source);
     exception->bstrDescription = newText(failure.text());
-  } catch (const std::bad_alloc&) {
-    return DISP_E_EXCEPTION;  // the number alone has to do
+  };
+  exception->scode = static_cast<HRESULT>(0x800A0000U | static_cast<unsigned>(FailureNumber::OutOfMemory));
+  try {
+    try {
+      throw;
+    } catch (const Failure& failure) {
+      report(failure);
+    } catch (const std::bad_alloc&) {
+      report(Failure(FailureNumber::OutOfMemory));
+    } catch (const std::exception& error) {
+      report(Failure(FailureNumber::Internal, error.what()));
+    }
+  } catch (...) {
+    return DISP_E_EXCEPTION;  // no memory for words: the number alone has to do
   }
   return DISP_E_EXCEPTION;
 }
 
 Dispatch::Dispatch(const Class& description, std::shared_ptr<void> instance, std::string source)
-    : description_(description), instance_(std::move(instance)), source_(std::move(source)) {}
+    : description_(description), instance_(std::move(instance)), source_(std::move(source)) {
+  IIDFromString(wide(identities::ofInterface(description.name)).c_str(), &interface_);
+}
 
 STDMETHODIMP Dispatch::QueryInterface(REFIID wanted, void** object) {
   if (object == nullptr) return E_POINTER;
   *object = nullptr;
-  GUID own{};
-  const std::wstring ownText = wide(identities::ofInterface(description_.name));
-  if (wanted != IID_IUnknown && wanted != IID_IDispatch &&
-      (FAILED(CLSIDFromString(ownText.c_str(), &own)) || wanted != own)) {
-    return E_NOINTERFACE;
-  }
+  if (wanted != IID_IUnknown && wanted != IID_IDispatch && wanted != interface_) return E_NOINTERFACE;
   AddRef();
   *object = static_cast<IDispatch*>(this);
   return S_OK;
@@ -249,7 +269,7 @@ STDMETHODIMP Dispatch::GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT coun
       known = known && ids[i] != DISPID_UNKNOWN;
     }
     return known ? S_OK : DISP_E_UNKNOWNNAME;
-  } catch (const std::bad_alloc&) {
+  } catch (...) {
     return E_OUTOFMEMORY;
   }
 }
@@ -257,28 +277,22 @@ STDMETHODIMP Dispatch::GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT coun
 STDMETHODIMP Dispatch::Invoke(DISPID member, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* parameters,
                               VARIANT* result, EXCEPINFO* exception, UINT* wrongArgument) {
   if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
-  const Method* method = findMethod(description_, member);
-  if (method == nullptr || (flags & (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) == 0) {
-    return DISP_E_MEMBERNOTFOUND;
-  }
-  if (parameters == nullptr) return E_INVALIDARG;
+  if ((flags & (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) == 0) return DISP_E_MEMBERNOTFOUND;
   // The last reference may go while the method runs: a message box lets the client's own code in.
   AddRef();
   HRESULT outcome = S_OK;
   try {
+    const PlainArithmetic arithmetic;
+    const Method* method = findMethod(description_, member);
+    if (method == nullptr) throw Refusal{DISP_E_MEMBERNOTFOUND, {}};
+    if (parameters == nullptr) throw Refusal{E_INVALIDARG, {}};
     const Value answer = Call(*method, *parameters, locale).run(instance_.get());
     if (result != nullptr) *result = resultVariant(answer).release();
   } catch (const Refusal& refusal) {
     if (wrongArgument != nullptr && refusal.wrongArgument) *wrongArgument = *refusal.wrongArgument;
     outcome = refusal.code;
-  } catch (const Failure& failure) {
-    outcome = report(failure, source_, exception);
-  } catch (const std::bad_alloc&) {
-    outcome = report(Failure(FailureNumber::OutOfMemory), source_, exception);
-  } catch (const std::exception& error) {
-    outcome = report(Failure(FailureNumber::Internal, error.what()), source_, exception);
   } catch (...) {
-    outcome = report(Failure(FailureNumber::Internal), source_, exception);
+    outcome = reportCurrent(source_, exception);
   }
   Release();
   return outcome;

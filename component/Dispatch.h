@@ -11,9 +11,9 @@
 
 namespace zelkova {
 
-/// Fills in what a client learns of a failure: its number as 0x800A0000 and the number, its text, its source.
-/// Answers `DISP_E_EXCEPTION`.
-HRESULT report(const Failure& failure, const std::string& source, EXCEPINFO* exception) noexcept;
+/// Fills in what a client learns of the C++ exception that is being handled: the number of its failure as
+/// 0x800A0000 and the number, its text, its source. Answers `DISP_E_EXCEPTION`.
+HRESULT reportCurrent(const std::string& source, EXCEPINFO* exception) noexcept;
 
 /// The code under which a failure crosses.
 inline HRESULT codeOf(const Failure& failure) {
@@ -52,6 +52,7 @@ class Dispatch : public IDispatch {
   const Class& description_;
   std::shared_ptr<void> instance_;
   std::string source_;
+  GUID interface_{};                  ///< the default interface's
   std::atomic<ULONG> references_{0};  ///< the first owner counts itself
 };
 

@@ -102,14 +102,44 @@ class Reader {
     return *at;
   }
 
+  /// Counts one object within another for as long as it lives.
+  class Within {
+   public:
+    explicit Within(int& depth) : depth_(++depth) {}
+    Within(const Within&) = delete;
+    Within& operator=(const Within&) = delete;
+    ~Within() { --depth_; }
+
+   private:
+    int& depth_;
+  };
+
+  /// How many areas a range has; 1 for every other object.
+  static double areaCount(IDispatch* object) {
+    const Member areas(object, L"Areas");
+    if (!areas.exists()) return 1;
+    try {
+      const OwnedVariant held = areas.get();
+      if (held.vt != VT_DISPATCH || held.pdispVal == nullptr) return 1;
+      OwnedVariant count = Member(held.pdispVal, L"Count").get();
+      return SUCCEEDED(VariantChangeType(&count, &count, 0, VT_R8)) ? count.dblVal : 1;
+    } catch (const Failure&) {
+      return 1;  // something else of that name
+    }
+  }
+
   /// What an object holds: its `Value`, or its default property where it has none of that name.
   OwnedVariant objectValue(IDispatch* object) {
     if (object == nullptr) mismatch("is an object that was never set");
-    if (++objects_ > deepest) mismatch("is an object whose value is an object");
+    if (objects_ > deepest) mismatch("is an object whose value is an object");
+    // Deliberate: its value would be that of the first area, and the rest of the data be lost without a word.
+    if (const double areas = areaCount(object); areas > 1) {
+      mismatch("is a range of " + numberText(areas) + " areas where one is needed");
+    }
     try {
-      DISPID id = DISPID_VALUE;
       const Member value(object, L"Value");
-      return value.exists() ? value.get() : Member(object, id).get();
+      const DISPID byDefault = DISPID_VALUE;
+      return value.exists() ? value.get() : Member(object, byDefault).get();
     } catch (const Failure& failure) {
       mismatch("is an object without a value: " + failure.text());
     }
@@ -120,13 +150,17 @@ class Reader {
   std::invoke_result_t<Use, const VARIANT&> plain(const VARIANT& passed, Use use) {
     const VARIANT& held = followed(passed);
     if (held.vt == VT_DISPATCH || held.vt == (VT_BYREF | VT_DISPATCH)) {
+      const Within within(objects_);
       const OwnedVariant value = objectValue(held.vt == VT_DISPATCH ? held.pdispVal : *held.ppdispVal);
       return plain(value, use);
     }
     if ((held.vt & VT_BYREF) == 0) return use(held);
+    const auto type = static_cast<VARTYPE>(held.vt & ~VT_BYREF);
     OwnedVariant copy;
-    if ((held.vt & VT_ARRAY) != 0 || FAILED(VariantCopyInd(&copy, const_cast<VARIANT*>(&held))))
+    if (type == VT_EMPTY || (type != VT_ERROR && !isPlainType(type)) ||
+        FAILED(VariantCopyInd(&copy, const_cast<VARIANT*>(&held)))) {
       mismatch("is not one value");
+    }
     return use(copy);
   }
 
@@ -202,6 +236,8 @@ class Reader {
           return Variant::flag(value.boolVal != VARIANT_FALSE).toText();
         case VT_DATE:
           return utf8(converted(value, VT_BSTR, locale_, "text").bstrVal);
+        case VT_I8:  // has more digits than a double: numbers of parts are not to become one label
+        case VT_UI8:
         case VT_R4:  // has fewer digits than a double: 0.1 is not to read 0.100000001490116
           return utf8(converted(value, VT_BSTR, LOCALE_INVARIANT, "text").bstrVal);
         default:
@@ -246,6 +282,7 @@ class Reader {
   template <class T>
   Array<T> arrayIn(const VARIANT& held) {
     if (held.vt == VT_DISPATCH || held.vt == (VT_BYREF | VT_DISPATCH)) {
+      const Within within(objects_);
       const OwnedVariant value = objectValue(held.vt == VT_DISPATCH ? held.pdispVal : *held.ppdispVal);
       return arrayIn<T>(followed(value));
     }
@@ -271,7 +308,7 @@ class Reader {
     int dimensions = array->cDims;
     Index rows = extent(*array, 1);
     Index columns = dimensions == 2 ? extent(*array, 2) : 1;
-    if (rows == 0 || columns == 0) return {};
+    if (rows == 0 || columns == 0 || array->pvData == nullptr) return {};
     if (dimensions == 2 && argument_.shape == Shape::Vector) {
       if (rows != 1 && columns != 1) {
         mismatch("must be a vector, not a table of " + std::to_string(rows) + " by " +
@@ -342,9 +379,15 @@ class Reader {
       case VT_UINT:
         return elements(data.as<std::uint32_t>(), number);
       case VT_I8:
-        return elements(data.as<std::int64_t>(), number);
+        return elements(data.as<std::int64_t>(), [](VARIANT& value, std::int64_t x) {
+          value.vt = VT_I8;
+          value.llVal = x;
+        });
       case VT_UI8:
-        return elements(data.as<std::uint64_t>(), number);
+        return elements(data.as<std::uint64_t>(), [](VARIANT& value, std::uint64_t x) {
+          value.vt = VT_UI8;
+          value.ullVal = x;
+        });
       case VT_R4:
         return elements(data.as<float>(), [](VARIANT& value, float x) {
           value.vt = VT_R4;
@@ -541,7 +584,7 @@ void Receiver::prepare(const Value& value) {
   if (array == nullptr || *array == nullptr || !hasFixedSize(**array)) return;
   const SAFEARRAY& held = **array;
   const SAFEARRAY& made = *content_.parray;
-  bool same = held.cDims == made.cDims && held.cbElements == made.cbElements;
+  bool same = held.pvData != nullptr && held.cDims == made.cDims && held.cbElements == made.cbElements;
   for (int i = 1; same && i <= held.cDims; ++i) same = extent(held, i) == extent(made, i);
   if (!same) {
     raise(FailureNumber::OutOfRange,

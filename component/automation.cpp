@@ -47,6 +47,15 @@ OwnedVariant OwnedVariant::array(SAFEARRAY* owned, VARTYPE elementType) noexcept
   return result;
 }
 
+bool isMissing(const VARIANT& value) {
+  if (value.vt == VT_ERROR) return value.scode == DISP_E_PARAMNOTFOUND;
+  if (value.byref == nullptr) return false;
+  if (value.vt == (VT_BYREF | VT_ERROR)) return *value.pscode == DISP_E_PARAMNOTFOUND;
+  // One level: clients hand on their own argument, which is a variant.
+  return value.vt == (VT_BYREF | VT_VARIANT) && value.pvarVal->vt == VT_ERROR &&
+         value.pvarVal->scode == DISP_E_PARAMNOTFOUND;
+}
+
 std::wstring wide(std::string_view utf8) {
   if (utf8.empty()) return {};
   const int length = static_cast<int>(utf8.size());

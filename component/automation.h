@@ -56,9 +56,7 @@ BSTR newText(std::string_view utf8);
 /// The system's own words for `result`, without a line end.
 std::string systemText(HRESULT result);
 
-/// Whether a client left this argument out.
-inline bool isMissing(const VARIANT& value) {
-  return value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND;
-}
+/// Whether a client left this argument out: here, or in a procedure of its own whose argument it hands on.
+bool isMissing(const VARIANT& value);
 
 }  // namespace zelkova

@@ -7,9 +7,17 @@
 
 namespace zelkova {
 
+namespace {
+
+/// As the host's own macros call it: names and texts are in English whatever the user's settings, and a
+/// spreadsheet whose language is not the user's refuses others.
+constexpr LCID language = MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT);
+
+}  // namespace
+
 Member::Member(IDispatch* object, const wchar_t* name) : object_(object) {
   auto* text = const_cast<wchar_t*>(name);
-  if (FAILED(object->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id_))) id_ = DISPID_UNKNOWN;
+  if (FAILED(object->GetIDsOfNames(IID_NULL, &text, 1, language, &id_))) id_ = DISPID_UNKNOWN;
 }
 
 OwnedVariant Member::get(std::span<OwnedVariant> arguments) const {
@@ -27,7 +35,7 @@ OwnedVariant Member::invoke(WORD flags, std::span<OwnedVariant> arguments) const
   OwnedVariant result;
   EXCEPINFO exception{};
   UINT wrong = 0;
-  const HRESULT outcome = object_->Invoke(id_, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
+  const HRESULT outcome = object_->Invoke(id_, IID_NULL, language, flags, &parameters,
                                           puts ? nullptr : &result, &exception, &wrong);
   if (SUCCEEDED(outcome)) return result;
   if (outcome == DISP_E_EXCEPTION && exception.pfnDeferredFillIn != nullptr) {

@@ -44,7 +44,6 @@ std::vector<std::string> ownTrees() {
   for (const Class& c : Catalogue::get().classes()) {
     trees.push_back("CLSID\\" + identities::ofClass(c.name));
     trees.push_back("Interface\\" + identities::ofInterface(c.name));
-    trees.push_back(identities::programId(c.name));
   }
   trees.push_back(libraryKey() + '\\' + libraryVersion() + "\\0\\" + width);
   return trees;
@@ -113,8 +112,11 @@ LSTATUS removeFrom(HKEY root) {
   removeWhereEmpty(classes, version + "\\0");
   HKEY languages = nullptr;
   if (RegOpenKeyExW(classes, wide(version + "\\0").c_str(), 0, KEY_READ, &languages) == ERROR_SUCCESS) {
-    RegCloseKey(languages);  // the other width is still registered
+    RegCloseKey(languages);  // the other width is still registered, under the same program ids
   } else {
+    for (const Class& c : Catalogue::get().classes()) {
+      RegDeleteTreeW(classes, wide(identities::programId(c.name)).c_str());
+    }
     RegDeleteTreeW(classes, wide(version).c_str());
     removeWhereEmpty(classes, libraryKey());
   }
@@ -136,7 +138,11 @@ LSTATUS writeTo(HKEY root) {
 
 HRESULT registerServer() {
   LSTATUS outcome = writeTo(HKEY_LOCAL_MACHINE);
-  if (outcome == ERROR_ACCESS_DENIED) outcome = writeTo(HKEY_CURRENT_USER);
+  if (outcome == ERROR_ACCESS_DENIED) {
+    outcome = writeTo(HKEY_CURRENT_USER);
+  } else if (outcome == ERROR_SUCCESS) {
+    removeFrom(HKEY_CURRENT_USER);  // an earlier one for the user alone would hide this one
+  }
   return outcome == ERROR_SUCCESS ? S_OK : SELFREG_E_CLASS;
 }
 

@@ -15,7 +15,10 @@ namespace {
 using namespace zelkova;
 
 /// An instance that a client created.
-class Instance final : public Dispatch {
+///
+/// The library must stay loaded until the host has been let go, which may let the client's code in: so the
+/// use is a base, which ends after all else.
+class Instance final : private Module::Use, public Dispatch {
  public:
   Instance(const Class& description, std::shared_ptr<void> instance)
       : Dispatch(description, std::move(instance), identities::programId(description.name)) {}
@@ -32,21 +35,22 @@ class Instance final : public Dispatch {
     if (index != 0) return DISP_E_BADINDEX;
     try {
       return Module::typeInfo(wide(identities::ofInterface(description().name)), info);
-    } catch (const std::bad_alloc&) {
+    } catch (...) {
       return E_OUTOFMEMORY;
     }
   }
-
- private:
-  Module::Use use_;
 };
 
 /// Gives the failure of a creation to clients that ask for more than its code.
-void offer(const Failure& failure, const std::string& source) {
+void offer(const Failure& failure, const Class& description) noexcept {
   Microsoft::WRL::ComPtr<ICreateErrorInfo> creator;
   if (FAILED(CreateErrorInfo(&creator))) return;
-  creator->SetSource(wide(source).data());
-  creator->SetDescription(wide(failure.text()).data());
+  try {
+    creator->SetSource(wide(identities::programId(description.name)).data());
+    creator->SetDescription(wide(failure.text()).data());
+  } catch (...) {
+    return;  // no memory for words: the code alone has to do
+  }
   Microsoft::WRL::ComPtr<IErrorInfo> info;
   if (SUCCEEDED(creator.As(&info))) SetErrorInfo(0, info.Get());
 }
@@ -79,7 +83,7 @@ class Factory final : public IClassFactory {
       instance = new Instance(description_, description_.create());
       return instance->QueryInterface(wanted, object);
     } catch (const Failure& failure) {
-      offer(failure, identities::programId(description_.name));
+      offer(failure, description_);
       return codeOf(failure);
     } catch (const std::bad_alloc&) {
       return E_OUTOFMEMORY;
@@ -114,10 +118,17 @@ const Class* findClass(REFCLSID id) {
 
 }  // namespace
 
+/// The C++ run-time library's own way to give back what it keeps for exceptions without memory: some 70 kB
+/// that each unloading would lose.
+namespace __gnu_cxx {
+void __freeres() noexcept;
+}
+
 extern "C" {
 
-BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
+BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID endOfProcess) {
   if (reason == DLL_PROCESS_ATTACH) Module::instance = instance;
+  if (reason == DLL_PROCESS_DETACH && endOfProcess == nullptr) __gnu_cxx::__freeres();
   return TRUE;
 }
 

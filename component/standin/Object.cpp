@@ -42,12 +42,16 @@ STDMETHODIMP Object::GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count,
   if (names == nullptr || ids == nullptr) return E_POINTER;
   std::fill(ids, ids + count, DISPID_UNKNOWN);
   if (count != 1 || names[0] == nullptr) return DISP_E_UNKNOWNNAME;
-  const std::string name = utf8(std::wstring_view(names[0]));
-  const auto found = std::find_if(members_.begin(), members_.end(),
-                                  [&](const Entry& m) { return sameIgnoringCase(m.name, name); });
-  if (found == members_.end()) return DISP_E_UNKNOWNNAME;
-  ids[0] = static_cast<DISPID>(found - members_.begin());
-  return S_OK;
+  try {
+    const std::string name = utf8(std::wstring_view(names[0]));
+    const auto found = std::find_if(members_.begin(), members_.end(),
+                                    [&](const Entry& m) { return sameIgnoringCase(m.name, name); });
+    if (found == members_.end()) return DISP_E_UNKNOWNNAME;
+    ids[0] = static_cast<DISPID>(found - members_.begin());
+    return S_OK;
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
 }
 
 STDMETHODIMP Object::Invoke(DISPID member, REFIID reserved, LCID, WORD flags, DISPPARAMS* parameters,
@@ -56,9 +60,9 @@ STDMETHODIMP Object::Invoke(DISPID member, REFIID reserved, LCID, WORD flags, DI
   if (parameters == nullptr || (parameters->cArgs > 0 && parameters->rgvarg == nullptr)) return E_INVALIDARG;
   if (member < 0 || static_cast<std::size_t>(member) >= members_.size()) return DISP_E_MEMBERNOTFOUND;
   const Entry& entry = members_[static_cast<std::size_t>(member)];
-  std::vector<VARIANT> arguments(parameters->rgvarg, parameters->rgvarg + parameters->cArgs);
-  std::reverse(arguments.begin(), arguments.end());
   try {
+    std::vector<VARIANT> arguments(parameters->rgvarg, parameters->rgvarg + parameters->cArgs);
+    std::reverse(arguments.begin(), arguments.end());
     if ((flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) {
       if (!entry.put) return DISP_E_MEMBERNOTFOUND;
       if (arguments.size() != 1) return DISP_E_BADPARAMCOUNT;
@@ -69,10 +73,8 @@ STDMETHODIMP Object::Invoke(DISPID member, REFIID reserved, LCID, WORD flags, DI
     OwnedVariant answer = entry.get(arguments);
     if (result != nullptr) *result = answer.release();
     return S_OK;
-  } catch (const Failure& failure) {
-    return report(failure, source_, exception);
-  } catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
+  } catch (...) {
+    return reportCurrent(source_, exception);
   }
 }
 

@@ -1,8 +1,11 @@
+#include <xmmintrin.h>
+
 #include <cmath>
 #include <limits>
 
 #include "component/AutomationHost.h"
 #include "component/Dispatch.h"
+#include "component/tests/MemoryEnds.h"
 #include "component/tests/client.h"
 #include "zelkova/catalogue/describe.h"
 #include "zelkova/kit/modzMatrix.h"
@@ -47,6 +50,7 @@ class Probe {
     AutomationHost(nullptr).messageBox("This is for the user");
     if (x < 0) raise(FailureNumber::DivisionByZero);
   }
+  double Ratio(double x, double y) const { return std::exp(x) / y; }
   std::string SheetName(const std::shared_ptr<Sheet>& sheet) const { return sheet->name(); }
 };
 
@@ -63,6 +67,7 @@ const Class& probe() {
                   Note("result", ""))
           .method("HalfWay", &Probe::HalfWay, "", Note("x", ""), Note("first", ""), Note("second", ""))
           .method("Tell", &Probe::Tell, "", Note("x", ""), Note("result", ""))
+          .method("Ratio", &Probe::Ratio, "", Note("x", ""), Note("y", ""))
           .method("SheetName", &Probe::SheetName, "", Note("sheet", ""))
           .done();
   return description;
@@ -110,6 +115,76 @@ TEST_F(DispatchTest, ReadsEveryFormOfAnArray) {
   cells[2] = doubles;  // its own array is no number; replaced below
   cells[2] = OwnedVariant::integer(2).release();
   expectSum(typed<VARIANT>(VT_VARIANT, cells), 44006.5, "variants");
+}
+
+/// A range as a spreadsheet hands it out, of one cell or of several areas.
+class RangeProbe {
+ public:
+  RangeProbe() = default;
+  explicit RangeProbe(double areas) : areas_(areas) {}
+
+  double Value() const { return 1.5; }
+  double Count() const { return areas_; }
+  std::shared_ptr<Sheet> Areas() const;
+
+ private:
+  double areas_ = 1;
+};
+
+ComPtr<IDispatch> rangeOf(double areas) {
+  static const Class description = Description<RangeProbe>("RangeProbe", "")
+                                       .method("Value", &RangeProbe::Value, "")
+                                       .method("Count", &RangeProbe::Count, "")
+                                       .method("Areas", &RangeProbe::Areas, "")
+                                       .done();
+  ComPtr<IDispatch> object;
+  object = new Dispatch(description, std::make_shared<RangeProbe>(areas), "Range");
+  return object;
+}
+
+std::shared_ptr<Sheet> RangeProbe::Areas() const {
+  return std::make_shared<AutomationSheet>(rangeOf(areas_).Get());
+}
+
+// An array of many cells must be read whole, and a range of several areas must not lose all but the first.
+TEST_F(DispatchTest, ReadsArraysOfCellsAndRefusesSeveralAreas) {
+  std::vector<VARIANT> cells;
+  for (int i = 0; i < 12; ++i) cells.push_back(OwnedVariant::object(rangeOf(1).Get()).release());
+  double total = 0;
+  const Ending ending = sum(typed<VARIANT>(VT_VARIANT, cells), total);
+  EXPECT_EQ(ending.code, S_OK) << ending.text;
+  EXPECT_EQ(total, 18);
+  EXPECT_EQ(sum(OwnedVariant::object(rangeOf(2).Get()), total).text,
+            "Type mismatch: values is a range of 2 areas where one is needed");
+}
+
+// A host that traps divisions must not be ended by one, and one that computes short must not cost digits.
+TEST_F(DispatchTest, ComputesAlikeUnderEverySettingOfTheProcessor) {
+  const unsigned vectorControl = _mm_getcsr();
+  unsigned short control = 0;
+  asm volatile("fnstcw %0" : "=m"(control));
+  const DISPID id = idOf(object_.Get(), L"Ratio");
+  const auto ratio = [&](double x, double y) {
+    VARIANT reversed[2] = {OwnedVariant(y).release(), OwnedVariant(x).release()};
+    DISPPARAMS parameters = {reversed, nullptr, 2, 0};
+    VARIANT result;
+    VariantInit(&result);
+    const unsigned short shortAndTrapping = 0x72;  // 24 bits; division by zero and invalid operations trap
+    unsigned short after = 0;
+    asm volatile("fnclex\n\tfldcw %0" : : "m"(shortAndTrapping));
+    _mm_setcsr(0x1D00 | 0x8000);  // the same two trap; what underflows is 0
+    object_->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &parameters, &result, nullptr, nullptr);
+    asm volatile("fnstcw %0" : "=m"(after));
+    const unsigned vectorAfter = _mm_getcsr();
+    asm volatile("fnclex\n\tfldcw %0" : : "m"(control));
+    _mm_setcsr(vectorControl);
+    EXPECT_EQ(after, shortAndTrapping);
+    EXPECT_EQ(vectorAfter & 0xFFC0U, 0x1D00U | 0x8000U);
+    return result.dblVal;
+  };
+  EXPECT_DOUBLE_EQ(ratio(300, 1), 1.9424263952412558e130);  // R: exp(300)
+  EXPECT_EQ(ratio(0, 0), std::numeric_limits<double>::infinity());
+  EXPECT_GT(ratio(-700, 1e15), 0);
 }
 
 // A sheet's cells come as a table; a column is a vector to a method that takes one, and the other way round.
@@ -160,6 +235,8 @@ TEST_F(DispatchTest, RefusesHostileValuesByName) {
   EXPECT_EQ(refusal(cell(VT_DISPATCH)), "Type mismatch: values(2) is an object that was never set");
   EXPECT_EQ(refusal(cell(VT_RECORD)), "Type mismatch: values(2) is no number");
   EXPECT_EQ(refusal(cell(VT_BYREF | VT_R8)), "Type mismatch: values(2) is a reference to nothing");
+  cells[1] = referenceTo(cells[0], VT_RECORD);
+  EXPECT_EQ(refusal(typed<VARIANT>(VT_VARIANT, cells)), "Type mismatch: values(2) is not one value");
   EXPECT_EQ(refusal(typed<BSTR>(VT_BSTR, {newText("1"), newText("x")})),
             "Type mismatch: values(2) is no number");
   for (const double odd : {std::numeric_limits<double>::infinity(), std::nan("")}) {
@@ -167,9 +244,12 @@ TEST_F(DispatchTest, RefusesHostileValuesByName) {
     EXPECT_EQ(refusal(OwnedVariant(odd)), "Type mismatch: values(1) is not a finite number");
   }
 
-  SAFEARRAYBOUND three[3] = {{1, 1}, {1, 1}, {1, 1}};
-  EXPECT_EQ(refusal(OwnedVariant::array(SafeArrayCreate(VT_R8, 3, three), VT_R8)),
-            "Type mismatch: values must be a vector of numbers, not an array of 3 dimensions");
+  std::vector<SAFEARRAYBOUND> many(60, {1, 1});
+  EXPECT_EQ(refusal(OwnedVariant::array(SafeArrayCreate(VT_R8, 60, many.data()), VT_R8)),
+            "Type mismatch: values must be a vector of numbers, not an array of 60 dimensions");
+  many[1].cElements = 0;
+  EXPECT_EQ(refusal(OwnedVariant::array(SafeArrayCreate(VT_R8, 2, many.data()), VT_R8)),
+            "Subscript out of range");
   OwnedVariant doubles = typed<double>(VT_R8, {1});
   VARIANT lying = doubles;
   lying.vt = VT_ARRAY | VT_VARIANT;
@@ -186,6 +266,20 @@ TEST_F(DispatchTest, RefusesHostileValuesByName) {
   SAFEARRAY* undimensioned = nullptr;
   EXPECT_EQ(refusal(referenceTo(undimensioned, VT_ARRAY | VT_R8)), "Subscript out of range");
   EXPECT_EQ(refusal(OwnedVariant()), "Subscript out of range");
+  SAFEARRAY* withoutData = nullptr;
+  ASSERT_EQ(SafeArrayAllocDescriptorEx(VT_R8, 1, &withoutData), S_OK);
+  withoutData->cbElements = sizeof(double);
+  withoutData->rgsabound[0].cElements = 3;
+  EXPECT_EQ(refusal(referenceTo(withoutData, VT_ARRAY | VT_R8)), "Subscript out of range");
+  withoutData->fFeatures |= FADF_FIXEDSIZE;
+  OwnedVariant text;
+  EXPECT_EQ(
+      call(object_.Get(), L"Reject",
+           {typed<double>(VT_R8, {1, 2, 3}), referenceTo(text), referenceTo(withoutData, VT_ARRAY | VT_R8)})
+          .number,
+      9);
+  withoutData->fFeatures &= static_cast<USHORT>(~FADF_FIXEDSIZE);
+  SafeArrayDestroyDescriptor(withoutData);
 }
 
 // A typed variable gets a typed array, a variant an array of variants; both start at 1.
@@ -240,6 +334,29 @@ TEST_F(DispatchTest, GivesResultsInTheClientsForm) {
       S_OK);
   EXPECT_EQ(utf8(text.bstrVal), "0.1|True|M\xC3\xBCller|");
   EXPECT_EQ(copy.vt, VT_ARRAY | VT_VARIANT);
+  // Two long numbers that a double cannot tell apart are two labels.
+  ASSERT_EQ(call(object_.Get(), L"Join",
+                 {typed<std::int64_t>(VT_I8, {9007199254740992, 9007199254740993}), referenceTo(text),
+                  referenceTo(copy)})
+                .code,
+            S_OK);
+  EXPECT_EQ(utf8(text.bstrVal), "9007199254740992|9007199254740993|");
+}
+
+// One variable for two results keeps the last, and one for data and result is read before it is replaced.
+TEST_F(DispatchTest, TakesOneVariableTwice) {
+  OwnedVariant both;
+  ASSERT_EQ(call(object_.Get(), L"HalfWay", {OwnedVariant(2), referenceTo(both), referenceTo(both)}).code,
+            S_OK);
+  EXPECT_EQ(at(both, 1), 2);
+  OwnedVariant data = typed<double>(VT_R8, {7, 8}, 0);
+  // As VBA passes an array where a variant is declared.
+  VARIANT array = referenceTo(data.parray, VT_ARRAY | VT_R8);
+  OwnedVariant text;
+  ASSERT_EQ(call(object_.Get(), L"Reject", {referenceTo(array), referenceTo(text), referenceTo(array)}).code,
+            S_OK);
+  EXPECT_EQ(bounds(data.parray), (std::pair<LONG, LONG>{1, 2}));
+  EXPECT_EQ(at(data, 2), 8);
 }
 
 // A result that would be lost, or forced into a type that cannot hold it, is refused before the method runs.
@@ -291,6 +408,9 @@ TEST_F(DispatchTest, TakesNamedMissingAndOptionalArguments) {
   EXPECT_EQ(answer({two, seven}, {3, 0}), 7132);           // both by name
   EXPECT_EQ(answer({two, seven}, {3}), 7132);              // one by name
   EXPECT_EQ(answer({text, seven}, {1}), 7134);             // "-1" is a flag
+  OwnedVariant handedOn = OwnedVariant::missing();         // the client's own argument, that it was not given
+  EXPECT_EQ(answer({referenceTo(handedOn), no, seven}, {}), 7034);
+  EXPECT_EQ(answer({referenceTo(handedOn)}, {}, DISP_E_PARAMNOTOPTIONAL), -1);
   EXPECT_EQ(answer({}, {}, DISP_E_PARAMNOTOPTIONAL), -1);
   EXPECT_EQ(answer({missing}, {}, DISP_E_PARAMNOTOPTIONAL), -1);
   EXPECT_EQ(answer({two, two, two, two, seven}, {}, DISP_E_BADPARAMCOUNT), -1);
@@ -338,6 +458,49 @@ TEST_F(DispatchTest, SurvivesCallsThatMakeNoSense) {
             DISP_E_EXCEPTION);
 }
 
+// Wherever memory ends, a call must end with a code: no exception of C++ may reach the client.
+TEST_F(DispatchTest, EndsWithACodeWhereMemoryEnds) {
+  OwnedVariant data = typed<BSTR>(VT_BSTR, {newText("a label that is longer than most"), newText("b")});
+  wchar_t name[] = L"ANameThatIsLongerThanMostAndUnknown";
+  const DISPID id = idOf(object_.Get(), L"Join");
+  GUID unknown{};
+  for (const int what : {0, 1, 2}) {
+    bool done = false;
+    for (int allowed = 0; !done; ++allowed) {
+      ASSERT_LT(allowed, 10000);
+      OwnedVariant text = OwnedVariant::text("before"), copy;
+      VARIANT reversed[3] = {referenceTo(copy), referenceTo(text), data};
+      DISPPARAMS parameters = {reversed, nullptr, 3, 0};
+      EXCEPINFO exception{};
+      LPOLESTR names = name;
+      DISPID found = 0;
+      ComPtr<IUnknown> other;
+      HRESULT code = S_OK;
+      {
+        const MemoryEnds limit(allowed);
+        if (what == 0) code = object_->GetIDsOfNames(IID_NULL, &names, 1, 0, &found);
+        if (what == 1)
+          code = object_->QueryInterface(unknown, reinterpret_cast<void**>(other.GetAddressOf()));
+        if (what == 2) {
+          code = object_->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, &exception, nullptr);
+        }
+        done = !limit.wasReached();
+      }
+      SysFreeString(exception.bstrSource);
+      SysFreeString(exception.bstrDescription);
+      if (!done && code == DISP_E_EXCEPTION) {
+        EXPECT_EQ(exception.scode & 0xFFFF, 7);
+        EXPECT_EQ(utf8(text.bstrVal), "before");
+        EXPECT_EQ(copy.vt, VT_EMPTY);
+      } else if (!done) {
+        EXPECT_EQ(code, E_OUTOFMEMORY);
+      } else {
+        EXPECT_EQ(code, what == 0 ? DISP_E_UNKNOWNNAME : what == 1 ? E_NOINTERFACE : S_OK);
+      }
+    }
+  }
+}
+
 // The number, the text and the source of a failure arrive, and so does what was assigned before it.
 TEST_F(DispatchTest, CarriesFailuresWithWhatWasAssigned) {
   OwnedVariant first, second(3);
@@ -349,6 +512,15 @@ TEST_F(DispatchTest, CarriesFailuresWithWhatWasAssigned) {
   EXPECT_EQ(ending.source, "zelkova.Probe");
   EXPECT_EQ(at(first, 1), -1);
   EXPECT_EQ(second.vt, VT_R8);
+
+  // A variable that cannot take its part does not hide the failure.
+  OwnedVariant small = typed<double>(VT_R8, {1, 2});
+  small.parray->fFeatures |= FADF_FIXEDSIZE;
+  EXPECT_EQ(call(object_.Get(), L"HalfWay",
+                 {OwnedVariant(-1), referenceTo(small.parray, VT_ARRAY | VT_R8), referenceTo(second)})
+                .number,
+            5012);
+  small.parray->fFeatures &= static_cast<USHORT>(~FADF_FIXEDSIZE);
 }
 
 // Without a desktop a box would wait for ever: its text ends the call, and the outputs are there.

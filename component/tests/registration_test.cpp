@@ -1,5 +1,6 @@
 #include <aclapi.h>
 
+#include <algorithm>
 #include <functional>
 
 #include "component/identities.h"
@@ -122,6 +123,40 @@ TEST_F(Registration, ServesTheUserAloneWithoutTheRightToMore) {
     ASSERT_EQ(run("DllUnregisterServer"), S_OK);
   }
   EXPECT_EQ(entriesIn(HKEY_LOCAL_MACHINE) + entriesIn(HKEY_CURRENT_USER), 0);
+  {
+    const WriteProtection protection;
+    ASSERT_EQ(run("DllRegisterServer"), S_OK);
+  }
+  EXPECT_GT(entriesIn(HKEY_CURRENT_USER), 0);
+  ASSERT_EQ(run("DllRegisterServer"), S_OK);
+  EXPECT_EQ(entriesIn(HKEY_CURRENT_USER), 0);  // it would hide the machine's
+  ASSERT_EQ(run("DllUnregisterServer"), S_OK);
+  EXPECT_EQ(entriesIn(HKEY_LOCAL_MACHINE) + entriesIn(HKEY_CURRENT_USER), 0);
+}
+
+/// The bytes in use in all heaps of the process.
+std::size_t bytesInUse() {
+  HANDLE heaps[64];
+  const DWORD count = std::min<DWORD>(GetProcessHeaps(64, heaps), 64);
+  std::size_t bytes = 0;
+  for (DWORD i = 0; i < count; ++i) {
+    PROCESS_HEAP_ENTRY entry{};
+    while (HeapWalk(heaps[i], &entry)) {
+      if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes += entry.cbData;
+    }
+  }
+  return bytes;
+}
+
+// A host that loads the library for each use must not grow with every one.
+TEST_F(Registration, GivesItsMemoryBackWhenUnloaded) {
+  wchar_t path[MAX_PATH] = L"";
+  GetModuleFileNameW(library_, path, MAX_PATH);
+  FreeLibrary(library_);
+  const std::size_t before = bytesInUse();
+  for (int i = 0; i < 20; ++i) FreeLibrary(LoadLibraryW(path));
+  EXPECT_LT(bytesInUse(), before + 20 * 10000);  // 2 kB each are the C run-time library's
+  library_ = LoadLibraryW(path);
 }
 
 // The other width's library stays usable.
@@ -134,8 +169,13 @@ TEST_F(Registration, KeepsTheOtherWidth) {
   HKEY key = nullptr;
   EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, other.c_str(), 0, KEY_READ, &key), ERROR_SUCCESS);
   RegCloseKey(key);
+  // The program ids are one set for both.
+  const std::wstring program = std::wstring(classes) + L"\\zelkova.yPath\\CLSID";
+  EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, program.c_str(), 0, KEY_READ, &key), ERROR_SUCCESS);
+  RegCloseKey(key);
   RegDeleteTreeW(HKEY_LOCAL_MACHINE, other.substr(0, other.rfind(L"\\0\\")).c_str());
   ASSERT_EQ(run("DllUnregisterServer"), S_OK);
+  EXPECT_EQ(entriesIn(HKEY_LOCAL_MACHINE), 0);
 }
 
 }  // namespace
