@@ -16,7 +16,7 @@ bench: build
 
 # What a call through automation costs; under Wine.
 bench-server: build server
-	component/tests/run x64 benchmark
+	unittests/component/run x64 benchmark
 
 # The reference pages come from the catalogue; a test fails when they are stale.
 docs: build

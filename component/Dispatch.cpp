@@ -220,35 +220,6 @@ Dispatch::Dispatch(const Class& description, std::shared_ptr<void> instance, std
   IIDFromString(wide(identities::ofInterface(description.name)).c_str(), &interface_);
 }
 
-STDMETHODIMP Dispatch::QueryInterface(REFIID wanted, void** object) {
-  if (object == nullptr) return E_POINTER;
-  *object = nullptr;
-  if (wanted != IID_IUnknown && wanted != IID_IDispatch && wanted != interface_) return E_NOINTERFACE;
-  AddRef();
-  *object = static_cast<IDispatch*>(this);
-  return S_OK;
-}
-
-STDMETHODIMP_(ULONG) Dispatch::AddRef() { return ++references_; }
-
-STDMETHODIMP_(ULONG) Dispatch::Release() {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
-}
-
-STDMETHODIMP Dispatch::GetTypeInfoCount(UINT* count) {
-  if (count == nullptr) return E_POINTER;
-  *count = 0;
-  return S_OK;
-}
-
-STDMETHODIMP Dispatch::GetTypeInfo(UINT, LCID, ITypeInfo** info) {
-  if (info == nullptr) return E_POINTER;
-  *info = nullptr;
-  return DISP_E_BADINDEX;
-}
-
 STDMETHODIMP Dispatch::GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID, DISPID* ids) {
   if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (count == 0) return S_OK;

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <atomic>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "component/automation.h"
+#include "component/Counted.h"
 #include "zelkova/catalogue/Catalogue.h"
 #include "zelkova/frame/Failure.h"
 
@@ -26,34 +25,26 @@ inline HRESULT codeOf(const Failure& failure) {
 /// Outputs must be passed, and by reference. An array that is left out was never filled; any other argument
 /// without a default is not optional. Outputs that the method had assigned when a failure ended it are
 /// written back too.
-class Dispatch : public IDispatch {
+class Dispatch : public UntypedObject {
  public:
   /// `source` names the object in failures: "zelkova.yHTest".
   Dispatch(const Class& description, std::shared_ptr<void> instance, std::string source);
-  Dispatch(const Dispatch&) = delete;
-  Dispatch& operator=(const Dispatch&) = delete;
 
-  STDMETHODIMP QueryInterface(REFIID wanted, void** object) override;
-  STDMETHODIMP_(ULONG) AddRef() override;
-  STDMETHODIMP_(ULONG) Release() override;
-
-  STDMETHODIMP GetTypeInfoCount(UINT* count) override;
-  STDMETHODIMP GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
+  STDMETHODIMP QueryInterface(REFIID wanted, void** object) override {
+    return answer(wanted, object, IID_IDispatch, interface_);
+  }
   STDMETHODIMP GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override;
   STDMETHODIMP Invoke(DISPID member, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* parameters,
                       VARIANT* result, EXCEPINFO* exception, UINT* wrongArgument) override;
 
  protected:
-  virtual ~Dispatch() = default;
-
   const Class& description() const { return description_; }
 
  private:
   const Class& description_;
   std::shared_ptr<void> instance_;
   std::string source_;
-  GUID interface_{};                  ///< the default interface's
-  std::atomic<ULONG> references_{0};  ///< the first owner counts itself
+  GUID interface_{};  ///< the default interface's
 };
 
 }  // namespace zelkova

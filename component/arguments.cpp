@@ -211,16 +211,21 @@ class Reader {
     return value;
   }
 
+  /// Nothing, as an element or as the value of a range. A variable that holds nothing is 0, as in all of
+  /// automation.
+  bool isEmptyCell(const VARIANT& value) const { return value.vt == VT_EMPTY && (inArray_ || objects_ > 0); }
+
   double number(const VARIANT& passed) {
     return plain(passed, [this](const VARIANT& value) {
       if (value.vt == VT_R8) return finite(value.dblVal);
-      if (value.vt == VT_EMPTY && inArray_) mismatch("is empty where a number is needed");
+      if (isEmptyCell(value)) mismatch("is empty where a number is needed");
       return finite(converted(value, VT_R8, locale_, "number").dblVal);
     });
   }
 
   bool flag(const VARIANT& passed) {
     return plain(passed, [this](const VARIANT& value) {
+      if (isEmptyCell(value)) mismatch("is empty where a flag is needed");
       return converted(value, VT_BOOL, locale_, "flag").boolVal != VARIANT_FALSE;
     });
   }

@@ -1,7 +1,6 @@
 #include <wrl/client.h>
 
 #include <algorithm>
-#include <atomic>
 #include <new>
 #include <utility>
 
@@ -55,23 +54,12 @@ void offer(const Failure& failure, const Class& description) noexcept {
   if (SUCCEEDED(creator.As(&info))) SetErrorInfo(0, info.Get());
 }
 
-class Factory final : public IClassFactory {
+class Factory final : public Counted<IClassFactory> {
  public:
   explicit Factory(const Class& description) : description_(description) {}
 
   STDMETHODIMP QueryInterface(REFIID wanted, void** object) override {
-    if (object == nullptr) return E_POINTER;
-    *object = nullptr;
-    if (wanted != IID_IUnknown && wanted != IID_IClassFactory) return E_NOINTERFACE;
-    AddRef();
-    *object = static_cast<IClassFactory*>(this);
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
+    return answer(wanted, object, IID_IClassFactory, IID_IClassFactory);
   }
 
   STDMETHODIMP CreateInstance(IUnknown* outer, REFIID wanted, void** object) override {
@@ -98,10 +86,7 @@ class Factory final : public IClassFactory {
   }
 
  private:
-  ~Factory() = default;
-
   const Class& description_;
-  std::atomic<ULONG> references_{0};  ///< the first owner counts itself
   Module::Use use_;
 };
 

@@ -8,35 +8,6 @@
 
 namespace zelkova {
 
-STDMETHODIMP Object::QueryInterface(REFIID wanted, void** object) {
-  if (object == nullptr) return E_POINTER;
-  *object = nullptr;
-  if (wanted != IID_IUnknown && wanted != IID_IDispatch) return E_NOINTERFACE;
-  AddRef();
-  *object = static_cast<IDispatch*>(this);
-  return S_OK;
-}
-
-STDMETHODIMP_(ULONG) Object::AddRef() { return ++references_; }
-
-STDMETHODIMP_(ULONG) Object::Release() {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
-}
-
-STDMETHODIMP Object::GetTypeInfoCount(UINT* count) {
-  if (count == nullptr) return E_POINTER;
-  *count = 0;
-  return S_OK;
-}
-
-STDMETHODIMP Object::GetTypeInfo(UINT, LCID, ITypeInfo** info) {
-  if (info == nullptr) return E_POINTER;
-  *info = nullptr;
-  return DISP_E_BADINDEX;
-}
-
 STDMETHODIMP Object::GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID, DISPID* ids) {
   if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (names == nullptr || ids == nullptr) return E_POINTER;

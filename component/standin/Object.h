@@ -1,23 +1,20 @@
 #pragma once
 
-#include <atomic>
 #include <functional>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "component/automation.h"
+#include "component/Counted.h"
 
 namespace zelkova {
 
 /// An automation object whose members are written down one by one: the surface of the stand-in's workbook.
-class Object : public IDispatch {
+class Object : public UntypedObject {
  public:
-  STDMETHODIMP QueryInterface(REFIID wanted, void** object) override;
-  STDMETHODIMP_(ULONG) AddRef() override;
-  STDMETHODIMP_(ULONG) Release() override;
-  STDMETHODIMP GetTypeInfoCount(UINT* count) override;
-  STDMETHODIMP GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
+  STDMETHODIMP QueryInterface(REFIID wanted, void** object) override {
+    return answer(wanted, object, IID_IDispatch, IID_IDispatch);
+  }
   STDMETHODIMP GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override;
   STDMETHODIMP Invoke(DISPID member, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* parameters,
                       VARIANT* result, EXCEPINFO* exception, UINT* wrongArgument) override;
@@ -29,7 +26,6 @@ class Object : public IDispatch {
 
   /// `source` names the object in failures.
   explicit Object(std::string source) : source_(std::move(source)) {}
-  virtual ~Object() = default;
 
   /// Adds a property or a function of `count` arguments; the first that is added is the default one.
   void add(std::string name, std::size_t count, Get get, Put put = {});
@@ -44,7 +40,6 @@ class Object : public IDispatch {
 
   std::string source_;
   std::vector<Entry> members_;  ///< a member's dispatch id is its place; 0 is automation's default member
-  std::atomic<ULONG> references_{0};  ///< the first owner counts itself
 };
 
 }  // namespace zelkova

@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "component/identities.h"
-#include "component/tests/client.h"
+#include "unittests/component/windows/client.h"
 #include "zelkova/catalogue/Catalogue.h"
 
 /// What registration leaves in the registry, and what is left after it was undone. Run with the server's

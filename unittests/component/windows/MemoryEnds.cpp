@@ -1,4 +1,4 @@
-#include "component/tests/MemoryEnds.h"
+#include "unittests/component/windows/MemoryEnds.h"
 
 #include <cstdlib>
 #include <new>

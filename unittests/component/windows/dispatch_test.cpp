@@ -5,8 +5,8 @@
 
 #include "component/AutomationHost.h"
 #include "component/Dispatch.h"
-#include "component/tests/MemoryEnds.h"
-#include "component/tests/client.h"
+#include "unittests/component/windows/MemoryEnds.h"
+#include "unittests/component/windows/client.h"
 #include "zelkova/catalogue/describe.h"
 #include "zelkova/kit/modzMatrix.h"
 

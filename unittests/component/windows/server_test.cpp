@@ -3,8 +3,8 @@
 #include "component/AutomationHost.h"
 #include "component/Dispatch.h"
 #include "component/identities.h"
-#include "component/tests/client.h"
 #include "host/EmbeddedWorksheetFunction.h"
+#include "unittests/component/windows/client.h"
 #include "zelkova/catalogue/describe.h"
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/RunningObjects.h"
@@ -267,6 +267,13 @@ TEST_F(WithHost, ReadsRangesAndWritesResultsToTheSheet) {
   ASSERT_EQ(call(object, L"Range", {address}, &tooLong).code, S_OK);
   EXPECT_EQ(run(tooLong).text, "Type mismatch: dy(11) is empty where a number is needed");
   EXPECT_EQ(run(OwnedVariant::object(object)).number, 13);
+
+  // As one value too: an empty cell would be a tested mean of 0.
+  address = OwnedVariant::text("Z50");
+  OwnedVariant empty;
+  ASSERT_EQ(call(object, L"Range", {address}, &empty).code, S_OK);
+  EXPECT_EQ(call(test.Get(), L"OneTOutput", {range, empty, rest[1], alternative, referenceTo(result)}).text,
+            "Type mismatch: TestMean is empty where a number is needed");
 }
 
 TEST_F(WithHost, CarriesTheHostsOwnWordsAs1004) {
