@@ -42,6 +42,7 @@ class Probe {
   }
   void HalfWay(double x, DoubleArray& first, DoubleArray& second) const {
     first = {x};
+    if (x == -2) MatMultiply(DoubleArray::table({{1, 2}}), DoubleArray::table({{1, 2}}));
     if (x < 0) MatInverse(DoubleArray::table({{1, 2}, {2, 4}}));
     second = {x};
   }
@@ -512,6 +513,11 @@ TEST_F(DispatchTest, CarriesFailuresWithWhatWasAssigned) {
   EXPECT_EQ(ending.source, "zelkova.Probe");
   EXPECT_EQ(at(first, 1), -1);
   EXPECT_EQ(second.vt, VT_R8);
+
+  const Ending product =
+      call(object_.Get(), L"HalfWay", {OwnedVariant(-2), referenceTo(first), referenceTo(second)});
+  EXPECT_EQ(product.number, 5009);
+  EXPECT_EQ(product.text, "Dimensions of the two matrices not suitable for multiplication !");
 
   // A variable that cannot take its part does not hide the failure.
   OwnedVariant small = typed<double>(VT_R8, {1, 2});
