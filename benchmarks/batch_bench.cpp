@@ -20,8 +20,8 @@ void batchOneT(benchmark::State& state) {
   Session session;
   for (auto _ : state) {
     std::istringstream in(requests);
-    std::ostringstream out;
-    runBatch(session, in, out);
+    std::ostringstream out, err;
+    runBatch(session, in, out, err);
     benchmark::DoNotOptimize(out);
   }
   state.SetItemsProcessed(state.iterations() * calls);

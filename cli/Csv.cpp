@@ -72,6 +72,8 @@ struct Rows {
   std::vector<std::size_t> lines;
   std::vector<std::string> current;
   std::size_t currentLine = 0;  ///< where the row that is being read begins, 0 between rows
+  std::size_t blankLine = 0;    ///< the first blank line, 0 where there is none
+  std::size_t rowsBeforeBlank = 0;
 
   static void field(void* text, std::size_t length, void* self) {
     static_cast<Rows*>(self)->current.emplace_back(static_cast<const char*>(text), length);
@@ -95,7 +97,6 @@ Rows readRows(const std::string& path, char separator) {
 
   Rows rows;
   std::size_t line = 0;
-  std::size_t blankLine = 0;
   while (!text.empty()) {
     ++line;
     const std::string_view piece = text.substr(0, lineLength(text));
@@ -103,10 +104,12 @@ Rows readRows(const std::string& path, char separator) {
     if (rows.currentLine == 0) {
       // The parser passes over blank lines, but in a column a blank line may be a lost value.
       if (isBlank(piece, separator)) {
-        if (blankLine == 0) blankLine = line;
+        if (rows.blankLine == 0) {
+          rows.blankLine = line;
+          rows.rowsBeforeBlank = rows.cells.size();
+        }
         continue;
       }
-      if (blankLine != 0) fail(path, blankLine, "is blank");
       rows.currentLine = line;
     }
     if (!isUtf8(piece)) fail(path, line, "is not UTF-8");
@@ -133,6 +136,11 @@ void dropBlankEnd(Rows& rows) {
   }
 }
 
+/// Refuses a blank line above a row that is left.
+void checkGaps(const std::string& path, const Rows& rows) {
+  if (rows.blankLine != 0 && rows.rowsBeforeBlank < rows.cells.size()) fail(path, rows.blankLine, "is blank");
+}
+
 void checkWidths(const std::string& path, const Rows& rows) {
   const std::vector<std::string>& first = rows.cells.front();
   for (std::size_t i = 0; i < rows.cells.size(); ++i) {
@@ -148,6 +156,7 @@ void checkWidths(const std::string& path, const Rows& rows) {
 Csv Csv::read(const std::string& path, const CsvStyle& style) {
   Rows rows = readRows(path, style.separator);
   dropBlankEnd(rows);
+  checkGaps(path, rows);
   checkWidths(path, rows);
 
   Csv csv;

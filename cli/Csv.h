@@ -24,7 +24,7 @@ class Csv {
  public:
   /// RequestError, with the line's number, for a file that cannot be read or is malformed: an open quote, a
   /// row with more or fewer cells than the first, a blank line among the rows, a text that is not UTF-8.
-  /// Blank lines and rows of blank cells at the end are passed over.
+  /// Blank lines and rows of blank cells at the end, in any order, are passed over.
   static Csv read(const std::string& path, const CsvStyle& style);
 
   /// The columns that `selection` names, as a value for `argument`: "length", "3" (a column by its number,

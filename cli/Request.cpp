@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <numeric>
 #include <set>
 #include <utility>
 #include <vector>
@@ -17,13 +18,39 @@ using nlohmann::json;
 
 namespace {
 
-/// "; did you mean X?" where one of `known` is `name` in another case.
+/// How many letters must be put in, left out or replaced to turn `a` into `b`, whatever their case
+/// (Levenshtein, 1966).
+std::size_t editDistance(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), 0);
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    std::size_t diagonal = std::exchange(row[0], i + 1);
+    for (std::size_t j = 0; j < b.size(); ++j) {
+      const bool same = sameIgnoringCase(a.substr(i, 1), b.substr(j, 1));
+      const std::size_t replaced = diagonal + (same ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+    }
+  }
+  return row[b.size()];
+}
+
+/// "; did you mean X?" with the one of `known` that is nearest to `name`, where that is near enough.
 template <class Known>
 std::string suggestion(std::string_view name, const Known& known) {
+  // Two letters away, short names are like anything.
+  const std::size_t farthest = name.size() < 5 ? 1 : 2;
+  const std::string* nearest = nullptr;
+  std::size_t least = farthest + 1;
   for (const auto& entry : known) {
-    if (sameIgnoringCase(entry.name, name)) return "; did you mean " + entry.name + "?";
+    const std::string& candidate = entry.name;
+    if (name.size() > candidate.size() + farthest || candidate.size() > name.size() + farthest) continue;
+    const std::size_t distance = editDistance(name, candidate);
+    if (distance >= least) continue;
+    least = distance;
+    nearest = &candidate;
   }
-  return {};
+  return nearest == nullptr ? std::string() : "; did you mean " + *nearest + "?";
 }
 
 const Method& findMethod(const Class& target, std::string_view name) {
@@ -272,7 +299,7 @@ Request Request::fromJson(const json& request) {
   if (!request.is_object()) throw RequestError("a request is a JSON object with the member \"call\"");
   for (const auto& [member, value] : request.items()) {
     if (member != "id" && member != "call" && member != "args") {
-      throw RequestError("a request has no member " + inQuotes(member));
+      throw RequestError("a request has no member " + inQuotes(member) + "; put arguments under \"args\"");
     }
   }
   if (!request.contains("call") || !request["call"].is_string()) {
@@ -280,7 +307,7 @@ Request Request::fromJson(const json& request) {
   }
   Request result(request["call"].get_ref<const std::string&>());
   if (request.contains("id")) result.id_ = request["id"].dump();
-  if (request.contains("args")) result.setArguments(request["args"]);
+  if (request.contains("args") && !request["args"].is_null()) result.setArguments(request["args"]);
   return result;
 }
 
@@ -327,6 +354,21 @@ const Argument& Request::claim(std::string_view argument) {
 void Request::set(const Argument& argument, Value value) {
   checkShape(argument, value);
   values_[static_cast<std::size_t>(&argument - method_->arguments.data())] = std::move(value);
+}
+
+std::vector<std::string> Request::warnings() const {
+  std::vector<std::string> warnings;
+  for (std::size_t i = 0; i < values_.size(); ++i) {
+    const Argument& argument = method_->arguments[i];
+    const std::vector<std::string>& choices = argument.choices;
+    const auto* text = std::get_if<std::string>(&values_[i]);
+    if (choices.empty() || text == nullptr) continue;
+    if (std::find(choices.begin(), choices.end(), *text) != choices.end()) continue;
+    std::string warning = argument.name + " is " + inQuotes(*text) + ", which is none of its choices:";
+    for (const std::string& choice : choices) warning += " " + inQuotes(choice);
+    warnings.push_back(std::move(warning));
+  }
+  return warnings;
 }
 
 void Request::checkComplete() const {

@@ -37,6 +37,9 @@ class Request {
   /// RequestError that names the first argument that is needed and was not given.
   void checkComplete() const;
 
+  /// A line for each text that is none of its argument's choices: no failure, but hardly what was meant.
+  std::vector<std::string> warnings() const;
+
   const Class& target() const { return *class_; }
   const Method& method() const { return *method_; }
   std::string name() const { return class_->name + "." + method_->name; }

@@ -10,7 +10,8 @@
 
 namespace zelkova::cli {
 
-std::string answerLine(Session& session, const std::string& line) {
+std::string answerLine(Session& session, const std::string& line, const std::string& place,
+                       std::ostream& warnings) {
   std::string id;
   try {
     if (trimmed(line).empty()) throw RequestError("the line is blank");
@@ -18,6 +19,10 @@ std::string answerLine(Session& session, const std::string& line) {
     if (json.is_object() && json.contains("id")) id = "\"id\": " + json["id"].dump() + ", ";
     Request request = Request::fromJson(json);
     request.checkComplete();
+    for (const std::string& warning : request.warnings()) {
+      warnings << "zelkova: warning: " << (request.id() ? "id " + shortened(*request.id()) : place) << ": "
+               << warning << "\n";
+    }
     const Answer answer = session.run(request);
     return answerJson(request, answer);
   } catch (const std::exception& error) {
@@ -26,8 +31,11 @@ std::string answerLine(Session& session, const std::string& line) {
   }
 }
 
-void runBatch(Session& session, std::istream& in, std::ostream& out) {
-  for (std::string line; out && std::getline(in, line);) out << answerLine(session, line) << std::endl;
+void runBatch(Session& session, std::istream& in, std::ostream& out, std::ostream& err) {
+  std::size_t number = 0;
+  for (std::string line; out && std::getline(in, line);) {
+    out << answerLine(session, line, "line " + std::to_string(++number), err) << std::endl;
+  }
   if (in.bad()) throw RequestError("standard input cannot be read");
 }
 

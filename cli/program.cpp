@@ -104,24 +104,9 @@ Request readCall(const Options& options, std::istream& in) {
   return request;
 }
 
-/// A text that is none of an option's choices is no failure, but hardly what its writer meant.
-void warnOfTexts(const Request& request, std::ostream& err) {
-  for (std::size_t i = 0; i < request.values().size(); ++i) {
-    const Argument& argument = request.method().arguments[i];
-    const auto* text = std::get_if<std::string>(&request.values()[i]);
-    if (argument.choices.empty() || text == nullptr) continue;
-    if (std::find(argument.choices.begin(), argument.choices.end(), *text) != argument.choices.end())
-      continue;
-    err << "zelkova: warning: " << argument.name << " is " << inQuotes(*text)
-        << ", which is none of its choices:";
-    for (const std::string& choice : argument.choices) err << " " << inQuotes(choice);
-    err << "\n";
-  }
-}
-
 int call(const Options& options, std::istream& in, std::ostream& out, std::ostream& err) {
   Request request = readCall(options, in);
-  warnOfTexts(request, err);
+  for (const std::string& warning : request.warnings()) err << "zelkova: warning: " << warning << "\n";
   Session session;
   const Answer answer = session.run(request);
   if (options.json) {
@@ -245,7 +230,7 @@ int runProgram(const std::vector<std::string>& arguments, std::istream& in, std:
     if (commandLine.isCall()) return call(options, in, out, err);
     if (commandLine.isBatch()) {
       Session session;
-      runBatch(session, in, out);
+      runBatch(session, in, out, err);
     } else if (commandLine.isDescribe()) {
       describe(options, out);
     } else {

@@ -12,16 +12,18 @@ std::string jsonText(std::string_view text) {
   return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
-std::string inQuotes(std::string_view text) {
+std::string shortened(std::string_view text) {
   constexpr std::size_t longest = 60;
-  if (text.size() <= longest) return jsonText(text);
+  if (text.size() <= longest) return std::string(text);
   const auto continues = [&](std::size_t at) {
     return (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;
   };
   std::size_t end = longest;
   while (end > 0 && continues(end)) --end;
-  return jsonText(std::string(text.substr(0, end)) + "...");
+  return std::string(text.substr(0, end)) + "...";
 }
+
+std::string inQuotes(std::string_view text) { return jsonText(shortened(text)); }
 
 std::string readAll(std::istream& in, const std::string& name) {
   std::string text;

@@ -9,6 +9,9 @@ namespace zelkova::cli {
 /// `text` as a JSON string, quotes included.
 std::string jsonText(std::string_view text);
 
+/// `text`, cut short where it is long.
+std::string shortened(std::string_view text);
+
 /// `text` in quotes for a line of an error: one line whatever it holds, and cut short where it is long.
 std::string inQuotes(std::string_view text);
 

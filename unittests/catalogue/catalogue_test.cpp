@@ -106,6 +106,17 @@ TEST(Description, CallsThroughValues) {
   std::vector<Value> wrongType(13, Value(std::string("text")));
   EXPECT_EQ(failureNumber([&] { method.call(instance.get(), wrongType); }), 13);
 
+  // A subscript out of range names the array that was left out, and says nothing of one that is too short.
+  const auto fails = [&](Value doubles, Value terms) {
+    std::vector<Value> some = values;
+    some[4] = std::move(doubles);
+    some[8] = std::move(terms);
+    return failureText([&] { method.call(instance.get(), some); });
+  };
+  EXPECT_EQ(fails({}, DoubleArray{1}), "Subscript out of range: nothing was given for doubles");
+  EXPECT_EQ(fails({}, {}), "Subscript out of range: nothing was given for doubles, terms");
+  EXPECT_EQ(fails(DoubleArray{10}, DoubleArray{1}), "Subscript out of range");
+
   // An output that a failed method never reached is as it came, and one that it had assigned by then is kept.
   std::vector<Value> two = {{}, DoubleArray{5}};
   EXPECT_EQ(failureNumber([&] { subject.find("Exhaust")->call(instance.get(), two); }), 7);

@@ -126,6 +126,8 @@ TEST(Batch, ConvertsOnlyAsPromised) {
   EXPECT_EQ(paired["outputs"]["Difference"], json({0.5, 0.5}));
   EXPECT_EQ(answer(R"({"call": "WorksheetFunction.Max", "args": [[1, null]]})")["result"], nullptr);
 
+  EXPECT_TRUE(answer(R"({"call": "WorksheetFunction.Pi", "args": null})").contains("result"));
+
   // Where the elements of an array are arguments of their own.
   EXPECT_EQ(answer(R"({"call": "WorksheetFunction.Min", "args": [3, -1, 2]})")["result"], -1);
   EXPECT_EQ(answer(R"({"call": "WorksheetFunction.Max", "args": [3, 5]})")["result"], 5);
@@ -142,6 +144,7 @@ TEST(Call, RefusesWhatItCannotRead) {
   const TemporaryFile csv("x,name,x\n1,a,2\n3,b,\n");
   const TemporaryFile ragged("x,y\n1,2\n3\n");
   const TemporaryFile gap("x\n1\n\n2\n");
+  const TemporaryFile widerGap("x,y\n1,2\n\n,\n\n3,4\n\n");
   const TemporaryFile noRows("x,y\n");
   const TemporaryFile numbers("1,2\n3,4\n");
   const TemporaryFile quote("x\n\"1\n2\n");
@@ -151,6 +154,7 @@ TEST(Call, RefusesWhatItCannotRead) {
   const TemporaryFile carriageReturns("x\r1\r\r2\r");
   const TemporaryFile lineEnd("x\n\"a\nb\"\n");
   const TemporaryFile bad("{\"call\": \"yHTest.OneTOutput\", ");
+  const TemporaryFile bare(R"({"dy": [1, 2], "TestMean": 5})");
   const TemporaryFile other(R"({"call": "yDStat.DesStatOutput"})");
   const struct {
     std::vector<std::string> words;
@@ -158,12 +162,17 @@ TEST(Call, RefusesWhatItCannotRead) {
   } cases[] = {
       {{"yNone.OneTOutput"}, "yNone"},
       {{"yhtest.OneTOutput"}, "did you mean yHTest?"},
+      {{"yHTest.BartlettOutput"}, "did you mean BarlettOutput?"},
+      {{"yHTest.levenOutptu"}, "has no method \"levenOutptu\"; \"zelkova"},  // three letters off
+      {{"yHTest.KrusklWoutput"}, "did you mean KruskalWOutput?"},
+      {{"yDstats.DesStatOutput"}, "did you mean yDStat?"},
+      {{"yHTest.OneTOutput", "TestMaen=5"}, "did you mean TestMean?"},
+      {{"yHTest.OneTOutput", "x=5"}, "no argument \"x\"; it takes"},
       {{"TInv.x"}, "did you mean WorksheetFunction.TInv?"},
       {{"yHTest.OneTOutput", "testmean=5"}, "did you mean TestMean?"},
       {{"yHTest.OneTOutput", "dy=@" + comma.path() + ":x"}, "--separator"},
       {{"yHTest"}, "CLASS.METHOD"},
       {{"yHTest.oneToutput"}, "oneToutput"},
-      {{"yHTest.OneTOutput", "TestMaen=5"}, "TestMaen"},
       {{"yHTest.OneTOutput", "OneTValue=5"}, "OneTValue"},
       {{"yHTest.OneTOutput", "dy=1,2", "dy=1,2"}, "dy: is given twice"},
       {{"yHTest.OneTOutput", "dy=1,2", "TestMean=5", "CLevel=0.95"}, "TestType"},
@@ -187,6 +196,7 @@ TEST(Call, RefusesWhatItCannotRead) {
       {{"yHTest.OneTOutput", "TestMean=@" + csv.path() + ":1"}, "TestMean"},
       {{"yHTest.OneTOutput", "dy=@" + ragged.path() + ":x"}, "line 3"},
       {{"yHTest.OneTOutput", "dy=@" + gap.path() + ":x"}, "line 3 is blank"},
+      {{"yHTest.OneTOutput", "dy=@" + widerGap.path() + ":x"}, "line 3 is blank"},
       {{"yHTest.OneTOutput", "dy=@" + noRows.path() + ":x"}, "no rows"},
       {{"yHTest.OneTOutput", "dy=@" + numbers.path() + ":1"}, "line 1"},
       {{"yHTest.OneTOutput", "dy=@" + quote.path() + ":x"}, "line 2"},
@@ -194,6 +204,7 @@ TEST(Call, RefusesWhatItCannotRead) {
       {{"yHTest.OneTOutput", "--separator", ";", "dy=@" + comma.path() + ":x"}, "\"1,5\""},
       {{"yHTest.OneTOutput", "no-such-file.json"}, "no-such-file.json"},
       {{"yHTest.OneTOutput", bad.path()}, "is not JSON"},
+      {{"yHTest.OneTOutput", bare.path()}, "put arguments under \"args\""},
       {{"yHTest.OneTOutput", other.path()}, "yDStat.DesStatOutput"},
       {{"yHTest.TwoTOutput_S", "EqualVariance=1"}, "EqualVariance"},
       {{"WorksheetFunction.MInverse", "matrix=1,2"}, "matrix: needs a table"},
@@ -218,6 +229,20 @@ TEST(Call, RefusesWhatItCannotRead) {
         << c.culprit << " is not named: " << outcome.err;
     EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
   }
+}
+
+// Fault: a batch whose decided-nothing answers pass for p-values of 0, warnings that cannot be told apart or
+// that stand among the answers.
+TEST(Batch, WarnsOfATextThatIsNoChoice) {
+  const std::string rest = R"("call": "yHTest.OneTOutput", "args": [[1, 2, 3.5], 2, 0.95, "not equals"]})"
+                           "\n";
+  const Outcome outcome = run({"batch"}, "{\"id\": \"a1\", " + rest + "{" + oneT + "}\n{" + rest);
+  const std::string warning =
+      "TestType is \"not equals\", which is none of its choices: \"Less than\" \"Greater than\" \"Not "
+      "equals\"\n";
+  EXPECT_EQ(outcome.err, "zelkova: warning: id \"a1\": " + warning + "zelkova: warning: line 3: " + warning);
+  EXPECT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), 3);
+  EXPECT_EQ(outcome.out.find("warning"), std::string::npos);
 }
 
 // Fault: requests that no batch may accept silently.
@@ -278,6 +303,11 @@ TEST(Call, ReadsColumnsOfAFile) {
   // One column serves where a table is asked for: the inverse of a 1 by 1 matrix.
   EXPECT_EQ(run({"call", "WorksheetFunction.MInverse", "matrix=@" + colons.path() + ":1"}).out,
             "MInverse\n        1\n  1  0.25\n");
+  for (const char* end : {"\n,\n\n , \n", ",\n\n,\n,,\n", "\n\n\"\",", "\r\n,\r\n"}) {
+    const TemporaryFile blankEnd(std::string("x,y\n1,2\n3,4\n") + end);
+    EXPECT_EQ(run({"call", "WorksheetFunction.Sum", "values=@" + blankEnd.path() + ":x"}).out, "Sum  4\n")
+        << end;
+  }
   const TemporaryFile semicolons("x;y\n1.5;2\n");
   EXPECT_EQ(
       run({"call", "WorksheetFunction.Sum", "--separator", ";", "values=@" + semicolons.path() + ":x"}).out,

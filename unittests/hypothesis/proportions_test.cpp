@@ -204,7 +204,14 @@ TEST_F(TestsOnCounts, GoodnessOfFitSaysWhyItRefuses) {
     fit({"a", "b", "a"}, c.counts, c.tested);
     EXPECT_EQ(error, c.error);
   }
-  EXPECT_EQ(failureNumber([&] { fit({"a", "b", "a"}, {1, 2}, {}); }), 9);
+  EXPECT_EQ(failureText([&] {
+              fit({"a", "b", "a"}, {1, 2}, {});
+            }),
+            "Subscript out of range: dff has fewer elements than dyy");
+  EXPECT_EQ(failureText([&] {
+              fit({"a", "b", "c"}, {1, 2, 3}, {0.5, 0.5});
+            }),
+            "Subscript out of range: dPp has fewer elements than dyy");
   EXPECT_EQ(failureNumber([&] { fit({"a", "b"}, {1, 2}, {1, 0}); }), 11);
   EXPECT_EQ(failureNumber([&] { fit({"a", "b"}, {0, 0}, {}); }), 11);
   EXPECT_EQ(failureNumber([&] { fit({"a", "a"}, {1, 2}, {}); }), 1004);

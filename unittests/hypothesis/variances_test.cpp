@@ -115,8 +115,6 @@ TEST_F(TestsOnVariances, GroupsWithoutSpread) {
   const DoubleArray expected = DoubleArray::table({{3, 2, 1, std::sqrt(2), std::sqrt(2), NoValue, NoValue},
                                                    {1, 7, 0, NoValue, NoValue, NoValue, NoValue}});
   EXPECT_EQ(result, expected);
-  test.BarlettOutput({1, 2, 3, 7}, {"a", "a", "a", "b"}, -3, result, categories);
-  EXPECT_EQ(result, expected);
 
   // Levene needs no spread in each group: distances 1, 0, 1 and 0 from the medians, their means 2/3 and 0.
   // Between: 3 (2/3 - 1/2)^2 + (1/2)^2 = 1/3; within 2/3; W = (2 / 3) / (2 / 3).
@@ -136,10 +134,17 @@ TEST_F(TestsOnVariances, GroupsWithoutSpread) {
 // Fault: a single group, or a confidence that is none, that ends in a number.
 TEST_F(TestsOnVariances, RefuseWhatTheyCannotCompare) {
   const StringArray one{"a", "a", "a"};
-  EXPECT_EQ(failureNumber([&] { test.BarlettOutput({1, 2, 4}, one, 0.95, result, categories); }), 11);
-  EXPECT_EQ(failureNumber([&] { test.LeveneOutput({1, 2, 4}, one, 0.95, result, categories); }), 11);
-  for (const double confidence : {95.0, std::nextafter(1.0, 0.0)}) {
-    EXPECT_EQ(failureNumber([&] { test.LeveneOutput(weight, group, confidence, result, categories); }), 1004);
+  for (const auto method : {&yHTest::BarlettOutput, &yHTest::LeveneOutput}) {
+    EXPECT_EQ(failureText([&] {
+                (test.*method)({1, 2, 4}, one, 0.95, result, categories);
+              }),
+              "Division by zero: dx has only one label");
+    // At -3 the tail of a limit of three groups is 2/3, at 95 it is negative.
+    for (const double confidence : {0.0, -0.5, -3.0, std::nextafter(1.0, 2.0), 95.0, NoValue}) {
+      EXPECT_EQ(failureNumber([&] { (test.*method)(weight, group, confidence, result, categories); }), 5);
+    }
+    const double justBelow = std::nextafter(1.0, 0.0);
+    EXPECT_EQ(failureNumber([&] { (test.*method)(weight, group, justBelow, result, categories); }), 1004);
   }
   EXPECT_EQ(failureNumber([&] { test.BarlettOutput(weight, one, 0.95, result, categories); }), 9);
   EXPECT_FALSE(result.filled() || categories.filled());

@@ -38,6 +38,28 @@ void prepare(const Argument& argument, Value& value) {
   value = argument.optional ? argument.defaultValue : emptyValue(argument.type);
 }
 
+bool neverFilled(const Value& value) {
+  return std::visit(
+      [](const auto& held) {
+        if constexpr (requires { held.filled(); }) {
+          return !held.filled();
+        } else {
+          return false;
+        }
+      },
+      value);
+}
+
+/// The names of the input arrays that have no elements, with commas between.
+std::string arraysLeftOut(const std::vector<Argument>& arguments, std::span<const Value> values) {
+  std::string names;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    if (!arguments[i].isInput() || arguments[i].optional || !neverFilled(values[i])) continue;
+    names += (names.empty() ? "" : ", ") + arguments[i].name;
+  }
+  return names;
+}
+
 }  // namespace
 
 Value emptyValue(ValueType type) { return emptyAlternative<1>(type); }
@@ -81,10 +103,14 @@ std::optional<std::size_t> Method::find(std::string_view argument) const {
 Value Method::call(void* instance, std::span<Value> values) const {
   if (values.size() != arguments.size()) raise(FailureNumber::InvalidCall, "wrong number of arguments");
   for (std::size_t i = 0; i < values.size(); ++i) prepare(arguments[i], values[i]);
+  const std::string leftOut = arraysLeftOut(arguments, values);
   try {
     return invoke(instance, values);
-  } catch (const Failure&) {
-    throw;
+  } catch (const Failure& failure) {
+    // A subscript out of range that says no more is most often an array that the caller forgot.
+    const bool saysMore = failure.text() != Failure(FailureNumber::OutOfRange).text();
+    if (leftOut.empty() || saysMore) throw;
+    raise(FailureNumber::OutOfRange, "nothing was given for " + leftOut);
   } catch (const std::bad_alloc&) {
     raise(FailureNumber::OutOfMemory);
   } catch (const std::length_error&) {

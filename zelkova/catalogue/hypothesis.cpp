@@ -24,7 +24,8 @@ void describeHypothesis(std::vector<Class>& classes) {
       "The limit that a one-sided alternative does not produce is 0. A text that is no alternative, a wrong "
       "case included, decides nothing: p-value and both limits are 0.";
 
-  const Note errorCode("ErrorCode", "why the data are refused, if they are: then nothing else is set");
+  const Note errorCode(
+      "ErrorCode", "why the data are refused, if they are: then arrays stay unfilled, numbers as they came");
   const Note grouped("dy", "the data, all groups");
   const Note labels("dx", "the group of each value, as many labels as dy has values");
   const Note jointConfidence("CLevel", "joint confidence of all limits as a fraction, such as 0.95");
@@ -36,6 +37,13 @@ void describeHypothesis(std::vector<Class>& classes) {
   const Note testMedian("TestMedian", "the tested median");
   const char* const noAlternative =
       "A text that is no alternative, a wrong case included, decides nothing: the p-value has no value.";
+  const char* const noAlternativeOfOne =
+      "A text that is no alternative, a wrong case included, decides nothing: the p-value has no value, or "
+      "is 1 where no value differs from TestMedian.";
+  const char* const fPValue =
+      "The p-value is twice the tail above the ratio with the larger variance on top, and at most 1. With "
+      "unequal numbers of values that tail may be above a half: p is 1 then, where twice the smaller of both "
+      "tails is below 1.";
   const char* const ties =
       "HTies and PValueTies are corrected for ties; they have no value where all values are equal.";
 
@@ -110,7 +118,8 @@ void describeHypothesis(std::vector<Class>& classes) {
               "5: the p-value is an approximation that wants few of them.")
           .method("GOFOutput", &yHTest::GOFOutput, "Chi-square test of goodness of fit",
                   Note("dyy", "the category of each row"), Note("dff", "the count of each row"),
-                  Note("dPp", "the tested proportion of each row; equal ones where it is left out"),
+                  Note("dPp",
+                       "the tested proportion of each row; may be left out: all categories are equal then"),
                   Note("dy", "the categories in order of first appearance"), Note("df", "their counts"),
                   Note("dp", "their tested proportions"), Note("dExp", "their expected counts"),
                   Note("ChiS", "the test").slots(GoodnessOfFit::names),
@@ -118,16 +127,19 @@ void describeHypothesis(std::vector<Class>& classes) {
           .note("Refused: \"Invalid data\" where a count is negative, \"Invalid Proportions\" where rows of "
                 "one category name different proportions or a proportion is negative.")
           .note("The proportions are taken as they are: nothing checks that they add up to 1.")
+          .note("dyy says how many rows there are: further elements of dff and dPp do not count.")
           .method("FTestOutput", &yHTest::FTestOutput, "F test of two variances, two-sided", grouped, labels,
                   Note("CLevel", "only passed on to its slot"),
                   Note("FTestValue", "the test").slots(FTest::names), Note("Category", "the two labels"))
           .note("The groups are those of the first two labels; rows with a third are left out.")
+          .note(fPValue)
           .note("Where the second variance is 0 there is no F and no p-value.")
           .method("FTestOutput_S", &yHTest::FTestOutput_S, "F test of two variances from two summaries",
                   Note("dSD1", "standard deviation of the first sample"), Note("dn1", "its number of values"),
                   Note("dSD2", "standard deviation of the second sample"),
                   Note("dn2", "its number of values"), Note("CLevel", "only passed on to its slot"),
                   Note("FTestValue", "the test").slots(FTest::names))
+          .note(fPValue)
           .note("Where the second variance is 0 there is no F and no p-value.")
           .method("BarlettOutput", &yHTest::BarlettOutput, "Bartlett's test of equal variances", grouped,
                   labels, jointConfidence,
@@ -156,19 +168,18 @@ void describeHypothesis(std::vector<Class>& classes) {
           .method("OneWilcoxonOutput", &yHTest::OneWilcoxonOutput, "Wilcoxon signed rank test of a median",
                   Note("dy", "the data"), testMedian, confidence, alternative,
                   Note("OneWilcoxonValue", "the test").slots(OneWilcoxon::names))
-          .note(noAlternative)
-          .note(
-              "The test takes the NonZero values that differ from TestMedian, by the normal approximation "
-              "with continuity correction and tie term. Where there are none, W is 0 and the p-value 1, and "
-              "there are no limits.")
-          .note(
-              "The estimate is the median of all Walsh averages, the means of each two values and of each "
-              "with itself. The limits are two of these averages, those whose confidence by the normal "
-              "approximation, AchievedConfidence (a fraction), is nearest to CLevel. Too few values give no "
-              "limits: fewer than 5 at a CLevel of 0.95.")
+          .note(noAlternativeOfOne)
+          .note("The test takes the NonZero values that differ from TestMedian, by the normal approximation "
+                "with continuity correction and tie term. W is the sum of the ranks of those above "
+                "TestMedian. Where there are none that differ, W is 0 and the p-value 1, and there are no "
+                "limits.")
+          .note("The estimate is the median of all Walsh averages, the means of each two values and of each "
+                "with itself. The limits are two of these averages, those whose confidence by the normal "
+                "approximation, AchievedConfidence (a fraction), is nearest to CLevel. They are two-sided "
+                "whatever TestType is. Too few values give no limits: fewer than 5 at a CLevel of 0.95.")
           .method("OneSignOutput", &yHTest::OneSignOutput, "Sign test of a median", Note("dy", "the data"),
                   testMedian, confidence, alternative, Note("OneSignValue", "the test").slots(OneSign::names))
-          .note(noAlternative)
+          .note(noAlternativeOfOne)
           .note(
               "The test is exact, on the NonEqual values that differ from TestMedian; where there are none, "
               "the p-value is 1.")
@@ -178,7 +189,8 @@ void describeHypothesis(std::vector<Class>& classes) {
               "coverage next above; and one interpolated non-linearly between them, with the coverage "
               "CLevel. Where even the smallest and the largest value cover less than CLevel, only the inner "
               "interval exists; where the two values in the middle cover more, only the outer one. Slots of "
-              "an interval that does not exist have no value. Reserved is 0.")
+              "an interval that does not exist have no value: without an interpolated one, CLevel shows none "
+              "either. All are two-sided whatever TestType is. Reserved is 0.")
           .method("TwoMannWOutput", &yHTest::TwoMannWOutput, "Mann-Whitney test of two medians",
                   Note("dy1", "the first sample"), Note("dy2", "the second sample"), alternative,
                   Note("TwoMannWValue", "the test").slots(TwoMannW::names))

@@ -142,7 +142,7 @@ Class twoWay() {
           Note("UniX1", "the levels of factor 1 in order of first appearance: the rows of TANVValue_I1"),
           Note("UniX2", "the levels of factor 2 in order of first appearance: the rows of TANVValue_I2"),
           Note("ErrorCode",
-               "why the data are refused, if they are: then nothing else is set. Every pair of levels must "
+               "why the data are refused, if they are: then arrays stay unfilled. Every pair of levels must "
                "have the same number of values, and each factor two levels"))
       .note(
           "Without replicates, the table with the interaction has no error left: mean square, F, p-values "
@@ -184,7 +184,9 @@ Class generalLinearModel() {
           Note("varcomp",
                "the variance component of each term and the error mean square, when FNANOVA is true"),
           Note("FNANOVA", "true asks for the variance components of a fully nested model"),
-          Note("ErrorCode", "why the model or the data are refused, if they are: then nothing else is set"),
+          Note("ErrorCode",
+               "why the model or the data are refused, if they are: then arrays stay unfilled, numbers as "
+               "they came"),
           Note("ResidualPlot",
                "true fills FittedV and Residual in place of ANOVAtable, ANOVAlabel and varcomp")
               .optional(false))

@@ -119,6 +119,7 @@ void yHTest::FriedmanOutput(const DoubleArray& dy, const StringArray& dx1, const
   BlockRanks ranks = rankBlocks(layout->responses);
   const auto t = static_cast<double>(ranks.aligned.columns());
   const auto b = static_cast<double>(ranks.aligned.rows());
+  if (t == 1) raise(FailureNumber::HostRefused, "ChiDist: dx1 has only one label");
   const double df = t - 1;
   result(Friedman::S) = friedmanS(ranks.rankSums, b);
   result(Friedman::DF) = df;

@@ -58,6 +58,13 @@ bool haveZero(std::span<const double> totals) {
   return std::find(totals.begin(), totals.end(), 0) != totals.end();
 }
 
+/// Refuses a column of that name that ends before the categories `dyy` do.
+void checkReaches(const DoubleArray& column, const char* name, const Levels& categories) {
+  if (column.rows() < static_cast<Index>(categories.codes().size())) {
+    raise(FailureNumber::OutOfRange, std::string(name) + " has fewer elements than dyy");
+  }
+}
+
 /// The proportion that the rows of each category agree on; never filled where they do not, or where one is
 /// negative.
 DoubleArray agreedProportions(const Levels& categories, const DoubleArray& byRow) {
@@ -190,6 +197,8 @@ void yHTest::GOFOutput(const StringArray& dyy, const DoubleArray& dff, const Dou
   StringArray categories = levels.distinct(dyy);
   const Index k = levels.count();
 
+  checkReaches(dff, "dff", levels);
+  if (IsFilledD(dPp)) checkReaches(dPp, "dPp", levels);
   DoubleArray observed(k);
   Index row = 0;
   for (const Index level : levels.codes()) {

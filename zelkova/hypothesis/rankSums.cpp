@@ -49,6 +49,7 @@ void yHTest::KruskalWOutput(const DoubleArray& dy, const StringArray& dx, Double
                             DoubleArray& KruskalWValue, StringArray& Category) const {
   Groups split = splitByLabel(dy, dx);
   const ranking::PooledGroups groups(split.values);
+  if (groups.count() == 1) raise(FailureNumber::DivisionByZero, "dx has only one label");
   std::vector<double> rankSums(static_cast<std::size_t>(groups.count()));
   const double tieCube = order::addRanks(groups.pooled(), rankSums);
   const auto N = static_cast<double>(groups.pooled().size());

@@ -113,6 +113,7 @@ void yHTest::MoodsMOutput(const DoubleArray& dy, const StringArray& dx, DoubleAr
     chiSquare += chiSquareTerm(atOrBelow, totals.atOrBelow * share);
     chiSquare += chiSquareTerm(above, totals.above * share);
   }
+  if (groups.count() == 1) raise(FailureNumber::HostRefused, "ChiDist: dx has only one label");
   const auto df = static_cast<double>(groups.count() - 1);
 
   DoubleArray result(MoodsM::size);

@@ -66,6 +66,13 @@ double totalCount(const std::vector<Spread>& spreads) {
   return n;
 }
 
+/// deliberate: 1 is a confidence here, see `chiSquareQuantile`.
+void checkConfidence(double CLevel) {
+  if (!(CLevel > 0 && CLevel <= 1)) {
+    raise(FailureNumber::InvalidCall, "CLevel must be above 0 and not above 1");
+  }
+}
+
 double chiSquareQuantile(WorksheetFunction& host, double upperTail, double df) {
   // deliberate: 1 stands for the quantiles that do not exist, at a confidence of 1 for instance.
   if (upperTail == 0 || upperTail == 1) return 1;
@@ -116,6 +123,7 @@ Statistic bartlett(WorksheetFunction& host, const std::vector<Spread>& spreads) 
     squares += (spread.n - 1) * spread.variance;
     inverseDF += checked::quotient(1, spread.n - 1);
   }
+  if (spreads.size() == 1) raise(FailureNumber::DivisionByZero, "dx has only one label");
   const double logPooled = checked::log(checked::quotient(checked::finite(squares), residualDF));
   double m = 0;
   // Taken together group by group: the two sums apart would cancel.
@@ -156,6 +164,7 @@ Statistic levene(WorksheetFunction& host, const Groups& groups) {
     within += group.squares;
   }
   if (within == 0) return {};
+  if (groups.count() == 1) raise(FailureNumber::DivisionByZero, "dx has only one label");
   const double grandMean = sum / n;
   double between = 0;
   for (const Distances& group : distances) {
@@ -186,6 +195,7 @@ void yHTest::FTestOutput_S(double dSD1, double dn1, double dSD2, double dn2, dou
 
 void yHTest::BarlettOutput(const DoubleArray& dy, const StringArray& dx, double CLevel,
                            DoubleArray& BarlettValue, StringArray& Category) const {
+  checkConfidence(CLevel);
   Groups groups = splitByLabel(dy, dx);
   const std::vector<Spread> spreads = spreadsOf(groups);
   BarlettValue =
@@ -195,6 +205,7 @@ void yHTest::BarlettOutput(const DoubleArray& dy, const StringArray& dx, double 
 
 void yHTest::LeveneOutput(const DoubleArray& dy, const StringArray& dx, double CLevel,
                           DoubleArray& LeveneValue, StringArray& Category) const {
+  checkConfidence(CLevel);
   Groups groups = splitByLabel(dy, dx);
   const Statistic statistic = levene(worksheetFunction(), groups);
   LeveneValue = groupTable(worksheetFunction(), groups, spreadsOf(groups), CLevel, statistic);

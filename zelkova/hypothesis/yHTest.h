@@ -83,8 +83,8 @@ class yHTest : public HostBound {
                      const std::string& TestType, DoubleArray& PTValue, DoubleArray& Difference) const;
 
   // Proportions and counts; `CLevel` and `TestType` are those of the tests on means. Failure 11 where there
-  // are no trials or no counts, 5 where events are not from 0 to the trials. `ErrorCode` is set, and nothing
-  // else, where the data are refused; otherwise it stays.
+  // are no trials or no counts, 5 where events are not from 0 to the trials. `ErrorCode` is set where the
+  // data are refused, and all results are left as they came; otherwise it stays.
 
   /// One-sample test of a proportion by the normal approximation: `dx` events in `dn` trials against `TestP`
   /// (failure 11 at 0 and 1), with the standard error under `TestP`; the limits are Wald's. A sample of
@@ -136,13 +136,14 @@ class yHTest : public HostBound {
 
   /// Bartlett's test of equal variances (Bartlett, 1937), with limits of the standard deviations at a joint
   /// confidence `CLevel` (Bonferroni). `BarlettValue` is a row a group, the test in the last row; `NoValue`
-  /// in the limits of a group without variance and then in the test too. Failure 11 for a single group.
+  /// in the limits of a group without variance and then in the test too. Failure 5 for a `CLevel` not above 0
+  /// or above 1, 11 for a single group.
   void BarlettOutput(const DoubleArray& dy, const StringArray& dx, double CLevel, DoubleArray& BarlettValue,
                      StringArray& Category) const;
 
   /// Levene's test about the medians (Brown and Forsythe, 1974), with the limits of `BarlettOutput` in a
   /// table like its own. `NoValue` in the test where the values of each group are equally far from their
-  /// median. Failure 11 for a single group of others.
+  /// median. Failure 5 as there, 11 for a single group of others.
   void LeveneOutput(const DoubleArray& dy, const StringArray& dx, double CLevel, DoubleArray& LeveneValue,
                     StringArray& Category) const;
 
