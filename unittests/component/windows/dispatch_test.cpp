@@ -250,7 +250,7 @@ TEST_F(DispatchTest, RefusesHostileValuesByName) {
             "Type mismatch: values must be a vector of numbers, not an array of 60 dimensions");
   many[1].cElements = 0;
   EXPECT_EQ(refusal(OwnedVariant::array(SafeArrayCreate(VT_R8, 2, many.data()), VT_R8)),
-            "Subscript out of range");
+            "Subscript out of range: nothing was given for values");
   OwnedVariant doubles = typed<double>(VT_R8, {1});
   VARIANT lying = doubles;
   lying.vt = VT_ARRAY | VT_VARIANT;
@@ -265,13 +265,15 @@ TEST_F(DispatchTest, RefusesHostileValuesByName) {
 
   // An array that was never dimensioned, and nothing at all, were never filled.
   SAFEARRAY* undimensioned = nullptr;
-  EXPECT_EQ(refusal(referenceTo(undimensioned, VT_ARRAY | VT_R8)), "Subscript out of range");
-  EXPECT_EQ(refusal(OwnedVariant()), "Subscript out of range");
+  EXPECT_EQ(refusal(referenceTo(undimensioned, VT_ARRAY | VT_R8)),
+            "Subscript out of range: nothing was given for values");
+  EXPECT_EQ(refusal(OwnedVariant()), "Subscript out of range: nothing was given for values");
   SAFEARRAY* withoutData = nullptr;
   ASSERT_EQ(SafeArrayAllocDescriptorEx(VT_R8, 1, &withoutData), S_OK);
   withoutData->cbElements = sizeof(double);
   withoutData->rgsabound[0].cElements = 3;
-  EXPECT_EQ(refusal(referenceTo(withoutData, VT_ARRAY | VT_R8)), "Subscript out of range");
+  EXPECT_EQ(refusal(referenceTo(withoutData, VT_ARRAY | VT_R8)),
+            "Subscript out of range: nothing was given for values");
   withoutData->fFeatures |= FADF_FIXEDSIZE;
   OwnedVariant text;
   EXPECT_EQ(
