@@ -106,7 +106,7 @@ const Catalogue& Catalogue::get() {
 }
 
 Catalogue::Catalogue() : worksheetFunctions_(describeWorksheetFunctions()) {
-  for (const auto& describeSubject : {describeFrame, describeKit, describeHypothesis})
+  for (const auto& describeSubject : {describeFrame, describeKit, describeHypothesis, describeCharts})
     describeSubject(classes_);
 }
 

@@ -10,6 +10,7 @@ namespace zelkova {
 void describeFrame(std::vector<Class>& classes);
 void describeKit(std::vector<Class>& classes);
 void describeHypothesis(std::vector<Class>& classes);
+void describeCharts(std::vector<Class>& classes);
 
 /// The host's functions under their own names.
 Class describeWorksheetFunctions();
