@@ -24,7 +24,8 @@ class Subgroups {
   std::span<const double> column() const noexcept { return y_; }
   std::span<const double> values(Index i) const {
     const auto place = static_cast<std::size_t>(i);
-    return y_.subspan(starts_[place], starts_[place + 1] - starts_[place]);
+    return y_.subspan(static_cast<std::size_t>(starts_[place]),
+                      static_cast<std::size_t>(starts_[place + 1] - starts_[place]));
   }
 
   /// `NoValue` for a subgroup of one value.
@@ -39,10 +40,13 @@ class Subgroups {
 
  private:
   std::span<const double> y_;
-  std::vector<std::size_t> starts_;  ///< the first row of each, and one past the last row
+  std::vector<Index> starts_;  ///< the first row of each, and one past the last row
   std::vector<double> sizes_;
   std::vector<double> means_;
 };
+
+/// Where a run of equal labels begins, among the first `n`, counted from 0; failure 9 where there are fewer.
+std::vector<Index> runStarts(std::span<const std::string> labels, std::size_t n);
 
 /// The mean; exactly the common value where all are equal, so that no rounding parts data from their centre.
 double meanOf(std::span<const double> values);
@@ -55,12 +59,5 @@ double sigmaAvgMR(std::span<const double> y, double w);
 double sigmaMedianMR(std::span<const double> y, double w);
 double sigmaAvgMRMeans(const Subgroups& subgroups, double w);
 double sigmaMedianMRMeans(const Subgroups& subgroups, double w);
-
-/// A moving length as a number of places among `n`: rounded, and n + 1 for all that are longer than the
-/// column. Failure 9 where it is below 1.
-Index movingLength(double w, Index n);
-
-/// The ranges of each `w` adjacent values, n - w + 1 of them; none where w > n.
-std::vector<double> movingRanges(std::span<const double> y, Index w);
 
 }  // namespace zelkova::control

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "zelkova/charts/Subgroups.h"
+#include "zelkova/charts/moving.h"
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/kit/summary.h"

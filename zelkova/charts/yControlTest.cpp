@@ -1,5 +1,6 @@
 #include "zelkova/charts/yControlTest.h"
 
+#include "zelkova/charts/Subgroups.h"
 #include "zelkova/charts/specialCauses.h"
 
 namespace zelkova {
@@ -10,16 +11,11 @@ void yControlTest::CCTest(const DoubleArray& CCL, const DoubleArray& LCL, const 
                           const std::string& kvar4s, const std::string& kvar5s, const std::string& kvar6s,
                           const std::string& kvar7s, const std::string& kvar8s) const {
   const control::ChartLines chart{CCL.vector(), LCL.vector(), UCL.vector(), plotdata.vector()};
-  const std::span<const std::string> phases = dp.vector();
   const std::size_t n = chart.plotted.size();
-  if (chart.centre.size() < n || chart.lower.size() < n || chart.upper.size() < n || phases.size() < n) {
-    raise(FailureNumber::OutOfRange, "lines and phases must be as long as the points");
+  if (chart.centre.size() < n || chart.lower.size() < n || chart.upper.size() < n) {
+    raise(FailureNumber::OutOfRange, "the lines must be as long as the points");
   }
-  std::vector<Index> phaseStarts;
-  for (std::size_t i = 0; i < n; ++i) {
-    if (i == 0 || phases[i] != phases[i - 1]) phaseStarts.push_back(static_cast<Index>(i));
-  }
-  FailedTest = control::failedTests(chart, phaseStarts,
+  FailedTest = control::failedTests(chart, control::runStarts(dp.vector(), n),
                                     {kvar1s, kvar2s, kvar3s, kvar4s, kvar5s, kvar6s, kvar7s, kvar8s});
 }
 
