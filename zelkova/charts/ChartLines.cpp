@@ -1,6 +1,7 @@
 #include "zelkova/charts/ChartLines.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 #include "zelkova/frame/arithmetic.h"
@@ -20,15 +21,24 @@ double boundOf(std::string_view text, double nowhere) {
 template <class Cut>
 DoubleArray drawnLimits(std::span<const double> centre, std::span<const double> oneSigma,
                         const std::vector<double>& multipliers, Cut cut) {
-  DoubleArray limits(static_cast<Index>(centre.size()), static_cast<Index>(multipliers.size()), NoValue);
-  Index column = 0;
+  // In pieces that stay in the cache until they have been checked: a chart has many more limits than points.
+  std::array<double, 1024> piece{};
+  std::vector<double> limits;
+  limits.reserve(centre.size() * multipliers.size());
   for (const double k : multipliers) {
-    const std::span<double> line = limits.column(++column);
-    for (std::size_t i = 0; i < line.size(); ++i) {
-      if (oneSigma[i] != NoValue) line[i] = cut(centre[i] + k * (oneSigma[i] - centre[i]));
+    for (std::size_t first = 0; first < centre.size(); first += piece.size()) {
+      const std::size_t count = std::min(piece.size(), centre.size() - first);
+      for (std::size_t i = 0; i < count; ++i) {
+        const double line = oneSigma[first + i];
+        const double limit = cut(centre[first + i] + k * (line - centre[first + i]));
+        piece[i] = line == NoValue ? NoValue : limit;
+      }
+      checked::allFinite(std::span(piece).first(count));
+      limits.insert(limits.end(), piece.data(), piece.data() + count);
     }
   }
-  return limits;
+  return DoubleArray(static_cast<Index>(centre.size()), static_cast<Index>(multipliers.size()),
+                     std::move(limits));
 }
 
 }  // namespace
@@ -47,17 +57,14 @@ std::vector<double> multipliersOf(std::string_view limitPos) {
   }
 }
 
-DrawnLines drawn(const ChartLines& lines, const std::vector<double>& multipliers, std::string_view lowerBound,
-                 std::string_view upperBound) {
+DrawnLimits drawn(const ChartLines& lines, const std::vector<double>& multipliers,
+                  std::string_view lowerBound, std::string_view upperBound) {
   constexpr double farAway = std::numeric_limits<double>::infinity();
   const double floor = boundOf(lowerBound, -farAway);
   const double ceiling = boundOf(upperBound, farAway);
-  DrawnLines result{
-      DoubleArray(std::vector<double>(lines.centre.begin(), lines.centre.end())),
+  return {
       drawnLimits(lines.centre, lines.lower, multipliers, [=](double v) { return std::max(v, floor); }),
       drawnLimits(lines.centre, lines.upper, multipliers, [=](double v) { return std::min(v, ceiling); })};
-  checked::leaving(result.centre, result.lower, result.upper);
-  return result;
 }
 
 PhaseDividers dividers(const std::vector<Index>& phaseStarts, Index points) {

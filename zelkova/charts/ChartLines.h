@@ -44,8 +44,9 @@ class LineCollector {
   ChartLines lines() const { return {centre_, lower_, upper_, plotted_}; }
   const std::vector<Index>& phaseStarts() const noexcept { return phaseStarts_; }
 
-  /// The plotted points, which leave the collector.
+  /// The plotted points and the centre line, which leave the collector.
   DoubleArray takePlotted() { return DoubleArray(std::move(plotted_)); }
+  DoubleArray takeCentre() { return DoubleArray(std::move(centre_)); }
 
  private:
   void addLine(double centre, double lower, double upper) {
@@ -61,15 +62,15 @@ class LineCollector {
 /// The sigma multipliers of a text such as "1, 2,3"; failure 13 where an item is no number.
 std::vector<double> multipliersOf(std::string_view limitPos);
 
-/// Centre line and limits as they are drawn.
-struct DrawnLines {
-  DoubleArray centre, lower, upper;  ///< the limits a table, a column for each multiplier
+/// Limits as they are drawn: tables with a column for each multiplier.
+struct DrawnLimits {
+  DoubleArray lower, upper;
 };
 
 /// The limits at each multiplier, none below `lowerBound` or above `upperBound`, which are numbers as texts
 /// or blank; failure 13 for any other text.
-DrawnLines drawn(const ChartLines& lines, const std::vector<double>& multipliers, std::string_view lowerBound,
-                 std::string_view upperBound);
+DrawnLimits drawn(const ChartLines& lines, const std::vector<double>& multipliers,
+                  std::string_view lowerBound, std::string_view upperBound);
 
 /// The lines that part phases, three corners each, as fractions of the axis; never filled for one phase.
 struct PhaseDividers {

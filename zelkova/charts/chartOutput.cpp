@@ -79,18 +79,19 @@ void yControlChart::ControlChartOutput(
 
   StringArray marks = control::failedTests(chart.lines(), chart.phaseStarts(),
                                            {kvar1, kvar2, kvar3, kvar4, kvar5, kvar6, kvar7, kvar8});
-  control::DrawnLines lines =
+  control::DrawnLimits limits =
       control::drawn(chart.lines(), control::multipliersOf(LimitPos), LCLBound, UCLBound);
   control::PhaseDividers phases = control::dividers(chart.phaseStarts(), chart.points());
   DoubleArray x = control::positions(chart.points());
   DoubleArray y = chart.takePlotted();
-  checked::leaving(y);
+  DoubleArray centre = chart.takeCentre();
+  checked::leaving(y, centre);
 
   DataX = std::move(x);
   DataY = std::move(y);
-  CCL = std::move(lines.centre);
-  LCL = std::move(lines.lower);
-  UCL = std::move(lines.upper);
+  CCL = std::move(centre);
+  LCL = std::move(limits.lower);
+  UCL = std::move(limits.upper);
   if (phases.x.filled()) {
     PhaseX = std::move(phases.x);
     PhaseY = std::move(phases.y);
