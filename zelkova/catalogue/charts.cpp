@@ -84,6 +84,62 @@ void describeCharts(std::vector<Class>& classes) {
               "The tests for special causes see the lines at one sigma, whatever multipliers and bounds are "
               "drawn.")
           .note(testRules)
+          .method(
+              "ZoneChartOutput", &yControlChart::ZoneChartOutput,
+              "A zone chart: subgroup means scored by their distance from the centre, and the running sum",
+              data, Note("dx", "the subgroup of each row, a run of equal texts"), phases,
+              Note("SigmaType",
+                   "two estimates joined by >, compared exactly: Average or Median Moving Range for "
+                   "subgroups of "
+                   "one value, Pooled Std Dev, Sbar or Rbar for all others"),
+              Note("MRLength", "length of the moving range, for subgroups of one value"),
+              Note("ResetScore", "whether a sum that has reached Zone4 begins anew"),
+              Note("Zone1", "the score within 1 sigma of a mean"), Note("Zone2", "from 1 to 2 sigma"),
+              Note("Zone3", "from 2 to 3 sigma"), Note("Zone4", "beyond 3 sigma, and what makes a signal"),
+              Note("HistMean", "historical mean; empty for the phase's own"),
+              Note("HistSD", "historical sigma; empty for the estimate"), multipliers, position,
+              Note("DataY", "the zone of each mean: 0.5 to 3.5 above the centre, negative below or on it"),
+              Note("DataYFailed", "DataY where the sum has reached Zone4"), centreLine, lowerLimits,
+              upperLimits, Note("CumZoneScore", "the running sum of the scores"), dividerX, dividerY)
+          .note(
+              "A mean on a border belongs to the zone inside it. The sum begins anew where a mean lies on "
+              "the "
+              "other side of the centre from the one before; a mean exactly on the centre is no crossing. A "
+              "phase whose sigma cannot be estimated has neither positions nor sums. The lines are those of "
+              "the positions: multipliers of 1, 2, 3 draw the borders of the zones.")
+          .method(
+              "ZMROutput", &yControlChart::ZMROutput,
+              "Charts of a short run of several parts: standardised values and their moving ranges", data,
+              Note("dx", "the part of each row"),
+              Note("GroupType", "what has a mean of its own: each run of a part, or each part")
+                  .choices({"By runs", "By parts"}),
+              Note("SigmaType", "one sigma for all, or one a part and of the logarithms of the values")
+                  .choices({"Constant", "Relative to size"}),
+              Note("MRLength", "length of the moving range"), Note("DataY1", "the standardised values"),
+              Note("CCL1", "centre line of the standardised values: 0"),
+              Note("LCL1", "their lower limits, a column for each multiplier").table(),
+              Note("UCL1", "their upper limits, a column for each multiplier").table(),
+              Note("DataY2", "the moving ranges of the standardised values"),
+              Note("CCL2", "centre line of the moving ranges: d2"),
+              Note("LCL2", "their lower limits, a column for each multiplier").table(),
+              Note("UCL2", "their upper limits, a column for each multiplier").table(), position, dividerX,
+              dividerY, multipliers,
+              Note("LCLBound", "no lower limit of either chart is drawn below this number; blank for none"),
+              Note("UCLBound", "no upper limit of either chart is drawn above this number; blank for none"),
+              Note("HistMean",
+                   "historical mean of each part, parts in order of first appearance; may be empty"),
+              Note("HistSD", "historical sigma of each part in the same order; may be empty"))
+          .note("The points stand in the order of the rows, with a divider wherever the part changes. Moving "
+                "ranges never cross a group: by parts, the one of a row reaches back to the part's earlier "
+                "rows "
+                "wherever they stand.")
+          .note(
+              "Constant: sigma is the mean of the moving ranges of all groups over d2. Relative to size: the "
+              "same for each part on its own, from the logarithms. Historical values are in the units "
+              "analysed, logarithms with the latter; an entry without a value counts as not given.")
+          .note(
+              "A group whose values all lie at their mean, a single row without a historical mean included, "
+              "stands at 0. A group that has no sigma (too few rows for a moving range) has no points.")
           .done());
   classes.push_back(
       Description<yControlTest>("yControlTest", "Tests for special causes on a finished control chart")

@@ -59,11 +59,7 @@ double throughText(double sigma) { return toNumber(numberText(sigma)); }
 
 double withinSigmaOf(const Subgroups& subgroups, const ChartOptions& options) {
   if (!options.histSDWithin.empty()) return historicalSigma(options.histSDWithin);
-  const std::string_view name = namesOf(options.estimate).within;
-  if (name == "Pooled Std Dev") return sigmaPooled(subgroups);
-  if (name == "Sbar") return sigmaSbar(subgroups);
-  if (name == "Rbar") return sigmaRbar(subgroups);
-  return 0;
+  return exactWithinSigma(namesOf(options.estimate).within, subgroups);
 }
 
 /// The sigma of a subgroup mean. Deliberate: the moving ranges of the means stand as they are, a historical
