@@ -132,7 +132,8 @@ const Catalogue& Catalogue::get() {
 }
 
 Catalogue::Catalogue() : worksheetFunctions_(describeWorksheetFunctions()) {
-  for (const auto& describeSubject : {describeFrame, describeKit, describeHypothesis, describeModels})
+  for (const auto& describeSubject :
+       {describeFrame, describeKit, describeHypothesis, describeModels, describeCharts})
     describeSubject(classes_);
 }
 

@@ -58,6 +58,17 @@ class Array {
     columns_ = values_.empty() ? 0 : 1;
   }
 
+  /// A table that takes over `values`, which stand column by column; failure 9 where they do not fill it.
+  Array(Index rows, Index columns, std::vector<T> values) : Array(std::move(values)) {
+    if (rows < 0 || columns < 0 || (columns > 0 && rows > size() / columns) || rows * columns != size()) {
+      raise(FailureNumber::OutOfRange);
+    }
+    if (!filled()) return;
+    rows_ = rows;
+    columns_ = columns;
+    dimensions_ = 2;
+  }
+
   /// A table written row by row: `DoubleArray::table({{1, 2}, {3, 4}})`. Rows of unequal length raise
   /// failure 9.
   static Array table(std::initializer_list<std::initializer_list<T>> rows) {

@@ -1,0 +1,223 @@
+#include "zelkova/charts/specialCauses.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "zelkova/frame/NoValue.h"
+#include "zelkova/frame/arithmetic.h"
+#include "zelkova/frame/numberText.h"
+
+namespace zelkova::control {
+
+namespace {
+
+/// One flag for each position of a chart, in words, so that a question about every window costs a few passes
+/// over the words, however long the window is. Positions count from 0; what lies before the first is false.
+class Flags {
+ public:
+  template <class Predicate>
+  Flags(std::size_t n, Predicate predicate) : words_((n + bits - 1) / bits) {
+    const auto wordAt = [&](std::size_t first, std::size_t count) {
+      std::uint64_t word = 0;
+      for (std::size_t i = 0; i < count; ++i) {
+        word |= std::uint64_t{static_cast<bool>(predicate(first + i))} << i;
+      }
+      return word;
+    };
+    for (std::size_t word = 0; word < n / bits; ++word) words_[word] = wordAt(word * bits, bits);
+    if (n % bits != 0) words_.back() = wordAt(n - n % bits, n % bits);
+  }
+
+  Flags& operator&=(const Flags& other) {
+    for (std::size_t i = 0; i < words_.size(); ++i) words_[i] &= other.words_[i];
+    return *this;
+  }
+  Flags& operator|=(const Flags& other) {
+    for (std::size_t i = 0; i < words_.size(); ++i) words_[i] |= other.words_[i];
+    return *this;
+  }
+  friend Flags operator&(Flags a, const Flags& b) { return a &= b; }
+  friend Flags operator|(Flags a, const Flags& b) { return a |= b; }
+  friend Flags operator~(Flags a) {
+    for (std::uint64_t& word : a.words_) word = ~word;
+    return a;
+  }
+
+  /// Each flag moved `places` later.
+  Flags later(Index places) const {
+    Flags result = *this;
+    const auto shift = static_cast<std::size_t>(places);
+    const std::size_t whole = shift / bits;
+    const std::size_t part = shift % bits;
+    for (std::size_t i = words_.size(); i-- > 0;) {
+      std::uint64_t word = i >= whole ? words_[i - whole] << part : 0;
+      if (part != 0 && i > whole) word |= words_[i - whole - 1] >> (bits - part);
+      result.words_[i] = word;
+    }
+    return result;
+  }
+
+  /// Calls visit(i) for each of the first `n` positions whose flag is set, in order.
+  template <class Visit>
+  void forEach(std::size_t n, Visit visit) const {
+    for (std::size_t word = 0; word < words_.size(); ++word) {
+      for (std::uint64_t left = words_[word]; left != 0; left &= left - 1) {
+        const std::size_t i = word * bits + static_cast<std::size_t>(std::countr_zero(left));
+        if (i < n) visit(i);
+      }
+    }
+  }
+
+ private:
+  static constexpr std::size_t bits = 64;
+  std::vector<std::uint64_t> words_;
+};
+
+/// Of the windows of one length that end at each position: whether the flag is set at all places, and at all
+/// but one at most.
+struct Windows {
+  Flags all, allButOne;
+};
+
+/// The windows made of `earlier` and the windows of `length` places behind them.
+Windows joined(const Windows& earlier, const Windows& recent, Index length) {
+  const Flags all = earlier.all.later(length);
+  return {all & recent.all, (earlier.allButOne.later(length) & recent.all) | (all & recent.allButOne)};
+}
+
+/// The windows of `k` places, put together from those whose lengths are powers of two.
+Windows windowsOf(const Flags& flag, Index k) {
+  const Flags always = flag | ~flag;
+  Windows piece{flag, always};
+  std::optional<Windows> result;
+  for (Index length = 1; length <= k; length *= 2) {
+    if ((k & length) != 0) result = result ? joined(*result, piece, length) : piece;
+    if (2 * length <= k) piece = joined(piece, piece, length);
+  }
+  return result.value_or(Windows{always, always});
+}
+
+/// Whether the flag is set at all `k` places that end at a position.
+Flags inARow(const Flags& flag, Index k) { return windowsOf(flag, k).all; }
+
+/// The eight tests over one chart, each a formula on flags.
+class Tests {
+ public:
+  Tests(const ChartLines& chart, const std::vector<Index>& phaseStarts)
+      : chart_(chart), samePhase_(everywhereBut(phaseStarts)) {}
+
+  Flags run(int test, Index k) const {
+    switch (test) {
+      case 1:
+        return usable_ & (above(static_cast<double>(k)) | below(static_cast<double>(k)));
+      case 2:
+        // Deliberate: a point on the centre line is on neither side and counts with both.
+        return inPhase(usable_, k) & (inARow(~above_, k) | inARow(~below_, k));
+      case 3:
+        // Deliberate: the point before the first step may lie in the phase before, or have no value.
+        return plotted_ & inARow(samePhase_, k - 1) & (inARow(rises_, k) | inARow(falls_, k));
+      case 4:
+        return alternating(k);
+      case 5:
+        return mostlyBeyond(above(2), below(2), k);
+      case 6:
+        return mostlyBeyond(overOne_, underOne_, k);
+      case 7:
+        return inPhase(usable_ & ~(overOne_ | underOne_), k);
+      default:
+        return inPhase(usable_ & ((above_ & overOne_) | (below_ & underOne_)), k);
+    }
+  }
+
+ private:
+  template <class Predicate>
+  Flags where(Predicate predicate) const {
+    return Flags(chart_.plotted.size(), predicate);
+  }
+
+  Flags everywhereBut(const std::vector<Index>& places) const {
+    std::vector<bool> listed(chart_.plotted.size());
+    for (const Index place : places) listed[static_cast<std::size_t>(place)] = true;
+    return where([&](std::size_t i) { return !listed[i]; });
+  }
+
+  /// `flag` at all `k` places that end at a position, none of which but the first begins a phase.
+  Flags inPhase(const Flags& flag, Index k) const { return inARow(flag, k) & inARow(samePhase_, k - 1); }
+
+  /// Points more than `k` sigma above or below the centre line, sigma being that of the side.
+  Flags above(double k) const {
+    return where([this, k](std::size_t i) {
+      const double centre = chart_.centre[i];
+      return chart_.plotted[i] > centre + k * (chart_.upper[i] - centre);
+    });
+  }
+  Flags below(double k) const {
+    return where([this, k](std::size_t i) {
+      const double centre = chart_.centre[i];
+      return chart_.plotted[i] < centre - k * (centre - chart_.lower[i]);
+    });
+  }
+
+  Flags alternating(Index k) const {
+    const Flags steps = (rises_ | falls_) & plotted_ & plotted_.later(1);
+    const Flags turns = (rises_ & falls_.later(1)) | (falls_ & rises_.later(1));
+    return inPhase(usable_, k) & inARow(steps, k) & inARow(turns, k - 1);
+  }
+
+  /// k out of k + 1 points far off. Deliberate: all k + 1 lie on one side of the centre line, and the last of
+  /// them is one of the k, so that a signal stands where something is far off.
+  Flags mostlyBeyond(const Flags& farAbove, const Flags& farBelow, Index k) const {
+    const auto onSide = [&](const Flags& side, const Flags& far) {
+      return inPhase(usable_ & side, k + 1) & windowsOf(far, k + 1).allButOne & far;
+    };
+    return onSide(above_, farAbove) | onSide(below_, farBelow);
+  }
+
+  const ChartLines& chart_;
+  Flags samePhase_;  ///< the position does not begin a phase
+  Flags plotted_ = where([this](std::size_t i) { return chart_.plotted[i] != NoValue; });
+  Flags usable_ =
+      plotted_ & where([this](std::size_t i) {
+        return (chart_.centre[i] != NoValue) & (chart_.lower[i] != NoValue) & (chart_.upper[i] != NoValue);
+      });
+  Flags above_ = where([this](std::size_t i) { return chart_.plotted[i] > chart_.centre[i]; });
+  Flags below_ = where([this](std::size_t i) { return chart_.plotted[i] < chart_.centre[i]; });
+  Flags overOne_ = above(1);
+  Flags underOne_ = below(1);
+  Flags rises_ = where([this](std::size_t i) { return i > 0 && chart_.plotted[i] > chart_.plotted[i - 1]; });
+  Flags falls_ = where([this](std::size_t i) { return i > 0 && chart_.plotted[i] < chart_.plotted[i - 1]; });
+};
+
+/// The number a parameter's text holds, nothing where it is blank.
+std::optional<Index> parameterOf(std::string_view text, int test) {
+  text = trimmed(text);
+  if (text.empty()) return std::nullopt;
+  const Index k = toInteger<std::int16_t>(toNumber(text));
+  // Tests 5 and 6 of 0 out of 1 point still ask something of that point; test 1 takes any distance.
+  const Index least = test == 5 || test == 6 ? 0 : 1;
+  if (test != 1 && k < least) {
+    raise(FailureNumber::OutOfRange, "the parameter of test " + std::to_string(test) + " is too small");
+  }
+  return k;
+}
+
+}  // namespace
+
+StringArray failedTests(const ChartLines& chart, const std::vector<Index>& phaseStarts,
+                        const TestParameters& parameters) {
+  const std::size_t n = chart.plotted.size();
+  const Tests tests(chart, phaseStarts);
+  std::vector<std::string> marks(n);
+  for (int test = 1; test <= 8; ++test) {
+    const std::optional<Index> k = parameterOf(parameters[static_cast<std::size_t>(test - 1)], test);
+    if (!k) continue;
+    const std::array<char, 3> mark{'#', static_cast<char>('0' + test), '#'};
+    tests.run(test, *k).forEach(n, [&](std::size_t i) { marks[i].append(mark.data(), mark.size()); });
+  }
+  return StringArray(std::move(marks));
+}
+
+}  // namespace zelkova::control
