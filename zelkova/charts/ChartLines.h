@@ -29,14 +29,15 @@ class LineCollector {
   /// lines without a value.
   template <class At>
   void add(std::span<const double> plotted, double sigma, At lineAt) {
+    const std::size_t first = centre_.size();
     plotted_.insert(plotted_.end(), plotted.begin(), plotted.end());
+    for (std::vector<double>* line : {&centre_, &lower_, &upper_}) line->resize(plotted_.size(), NoValue);
+    if (sigma == NoValue) return;
     for (std::size_t i = 0; i < plotted.size(); ++i) {
-      if (sigma == NoValue) {
-        addLine(NoValue, NoValue, NoValue);
-        continue;
-      }
       const LineAt line = lineAt(i);
-      addLine(line.centre, line.centre - line.distance, line.centre + line.distance);
+      centre_[first + i] = line.centre;
+      lower_[first + i] = line.centre - line.distance;
+      upper_[first + i] = line.centre + line.distance;
     }
   }
 
@@ -49,12 +50,6 @@ class LineCollector {
   DoubleArray takeCentre() { return DoubleArray(std::move(centre_)); }
 
  private:
-  void addLine(double centre, double lower, double upper) {
-    centre_.push_back(centre);
-    lower_.push_back(lower);
-    upper_.push_back(upper);
-  }
-
   std::vector<double> plotted_, centre_, lower_, upper_;
   std::vector<Index> phaseStarts_;
 };

@@ -32,6 +32,12 @@ double weightedSigma(const Subgroups& subgroups, Statistic statistic, Mean mean,
   return weights == 0 ? NoValue : checked::quotient(weighted, weights);
 }
 
+double movingRangeSum(std::span<const double> y, Index w) {
+  // The everyday length needs no list of the ranges.
+  if (w == 2) return laneSumOver(y.size() - 1, [y](std::size_t i) { return std::fabs(y[i + 1] - y[i]); });
+  return laneSum(movingRanges(y, w), [](double x) { return x; });
+}
+
 std::vector<double> modalMeans(const Subgroups& subgroups) {
   const double mode = subgroups.modalSize();
   std::vector<double> means;
@@ -73,10 +79,9 @@ double sigmaRbar(const Subgroups& subgroups) {
 
 double sigmaAvgMR(std::span<const double> y, double w) {
   const Index length = movingLength(w, static_cast<Index>(y.size()));
-  const std::vector<double> ranges = movingRanges(y, length);
-  if (ranges.empty()) return NoValue;
-  const double sum = laneSum(ranges, [](double x) { return x; });
-  return checked::finite(sum) / static_cast<double>(ranges.size()) / UnbiasD2(static_cast<double>(length));
+  if (length > static_cast<Index>(y.size())) return NoValue;
+  const double count = static_cast<double>(y.size()) - static_cast<double>(length) + 1;
+  return checked::finite(movingRangeSum(y, length)) / count / UnbiasD2(static_cast<double>(length));
 }
 
 double sigmaMedianMR(std::span<const double> y, double w) {

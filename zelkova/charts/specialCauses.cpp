@@ -20,12 +20,11 @@ class Flags {
  public:
   template <class Predicate>
   Flags(std::size_t n, Predicate predicate) : words_((n + bits - 1) / bits) {
+    // The answers first, in a loop that the compiler turns into vector instructions, then packed.
     const auto wordAt = [&](std::size_t first, std::size_t count) {
-      std::uint64_t word = 0;
-      for (std::size_t i = 0; i < count; ++i) {
-        word |= std::uint64_t{static_cast<bool>(predicate(first + i))} << i;
-      }
-      return word;
+      std::array<std::uint8_t, bits> answers{};
+      for (std::size_t i = 0; i < count; ++i) answers[i] = predicate(first + i) ? 1 : 0;
+      return packed(answers);
     };
     for (std::size_t word = 0; word < n / bits; ++word) words_[word] = wordAt(word * bits, bits);
     if (n % bits != 0) words_.back() = wordAt(n - n % bits, n % bits);
@@ -73,6 +72,18 @@ class Flags {
 
  private:
   static constexpr std::size_t bits = 64;
+
+  static std::uint64_t packed(const std::array<std::uint8_t, bits>& answers) {
+    std::uint64_t word = 0;
+    for (std::size_t byte = 0; byte < 8; ++byte) {
+      std::uint64_t eight = 0;
+      for (std::size_t i = 0; i < 8; ++i) eight |= std::uint64_t{answers[8 * byte + i]} << (8 * i);
+      // The product brings the lowest bit of byte i to place 56 + i.
+      word |= ((eight * 0x0102040810204080) >> 56) << (8 * byte);
+    }
+    return word;
+  }
+
   std::vector<std::uint64_t> words_;
 };
 
@@ -176,7 +187,7 @@ class Tests {
     return onSide(above_, farAbove) | onSide(below_, farBelow);
   }
 
-  const ChartLines& chart_;
+  ChartLines chart_;
   Flags samePhase_;  ///< the position does not begin a phase
   Flags plotted_ = where([this](std::size_t i) { return chart_.plotted[i] != NoValue; });
   Flags usable_ =
