@@ -175,7 +175,7 @@ class AutomationHost::Functions final : public WorksheetFunction {
   static DoubleArray table(const wchar_t* name, const OwnedVariant& answer) {
     const Argument cells = describedAs("the result of " + utf8(std::wstring_view(name)),
                                        ValueType::MixedValues, Shape::VectorOrTable);
-    if ((answer.vt & VT_ARRAY) == 0) return DoubleArray(1, 1, plainValue(answer).toNumber());
+    if ((answer.vt & VT_ARRAY) == 0) return DoubleArray::table({{plainValue(answer).toNumber()}});
     replaceErrors(answer);
     const auto held = std::get<VariantArray>(valueOf(cells, answer, LOCALE_USER_DEFAULT));
     const bool isRow = held.dimensions() == 1;

@@ -483,9 +483,12 @@ OwnedVariant variantOfArray(const Array<T>& array, VARTYPE elementType) {
   if (elementType == VT_VARIANT) {
     auto* to = static_cast<VARIANT*>(made->pvData);
     for (const T& value : from) *to++ = variantOf(value).release();
-  } else if constexpr (std::is_same_v<T, double>) {
+    return result;
+  }
+  if constexpr (std::is_same_v<T, double>) {
     std::copy(from.begin(), from.end(), static_cast<double*>(made->pvData));
-  } else if constexpr (std::is_same_v<T, std::string>) {
+  }
+  if constexpr (std::is_same_v<T, std::string>) {
     auto* to = static_cast<BSTR*>(made->pvData);
     for (const std::string& value : from) *to++ = newText(value);
   }

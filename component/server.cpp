@@ -106,7 +106,7 @@ const Class* findClass(REFCLSID id) {
 /// The C++ run-time library's own way to give back what it keeps for exceptions without memory: some 70 kB
 /// that each unloading would lose.
 namespace __gnu_cxx {
-void __freeres() noexcept;
+void __freeres() noexcept;  // NOLINT(bugprone-reserved-identifier): the library's name for it
 }
 
 extern "C" {

@@ -85,7 +85,7 @@ void RangeObject::setValue(const VARIANT& passed) {
   }
 }
 
-SheetObject::SheetObject(std::shared_ptr<MemorySheet> sheet) : Object("Worksheet") {
+SheetObject::SheetObject(const std::shared_ptr<MemorySheet>& sheet) : Object("Worksheet") {
   add("Name", 0, [sheet](Arguments) { return OwnedVariant::text(sheet->name()); });
   add("Range", 1, [sheet](Arguments arguments) {
     return made<RangeObject>(sheet, cellArea(textOf(arguments[0], "the address")));

@@ -25,7 +25,7 @@ class RangeObject final : public Object {
 /// A worksheet: `Name`, `Range` by address and `Cells` by row and column.
 class SheetObject final : public Object {
  public:
-  explicit SheetObject(std::shared_ptr<MemorySheet> sheet);
+  explicit SheetObject(const std::shared_ptr<MemorySheet>& sheet);
 };
 
 /// The application: `Name`, `WorksheetFunction`, `ActiveSheet` and `Quit`.
