@@ -11,6 +11,11 @@ ZELKOVA_SLOTS(LifeSummary, Para1, Para2, Mean, SD, Median, IQR, Failures, RightC
               TurnbullRightCensored, TurnbullInterval, TurnbullLeftCensored);
 ZELKOVA_SLOTS(LifeEstimate, Estimate, SE, Lower, Upper);
 ZELKOVA_SLOTS(LifeSurvival, Time, Survival, AtLowerU, AtUpperU);
+ZELKOVA_SLOTS(ProductLimit, Time, AtRisk, Failures, F, SE, Lower, Upper);
+ZELKOVA_SLOTS(ProductLimitSummary, Failures, Censored, MTTF, SE, Lower, Upper, Median, Q1, Q3, IQR);
+ZELKOVA_SLOTS(SpanWeight, Start, End, Frequency, Weight);
+ZELKOVA_SLOTS(SpanSurvival, End, Survival, SE, Lower, Upper);
+ZELKOVA_SLOTS(SpanKinds, RightCensored, Interval, LeftCensored, Exact);
 ZELKOVA_SLOTS(ProbabilityLine, Share, Score, Lower, Upper, Time);
 
 /// Life data with any censoring: parametric and nonparametric analysis, accelerated tests. Binds to the host.
@@ -130,6 +135,43 @@ class yReliability : public HostBound {
   /// Hazard and density at those 15 shares; the hazard is rounded to 8 decimals but for "Exponential".
   void HarzPDFPlot(double Para1, double Para2, const std::string& dist, DoubleArray& HarzX,
                    DoubleArray& HarzY, DoubleArray& PDFX, DoubleArray& PDFY) const;
+
+  /// The product-limit estimate of right-censored data (Kaplan and Meier 1958) with standard errors of
+  /// Greenwood (1926). Any row with an end counts as a failure at its `SA`; the arrays are sorted by `SA`.
+  ///
+  /// `NonPR` has a row for each of the k failure times, `Harz` the hazard there, 1 / (at risk - failures +
+  /// 1). Limits are F -+ z SE, cut to 0 and 1. The mean time to failure of `NonPara` is the area under the
+  /// survival up to the last time (the mean of the times without censoring); its standard error is that of
+  /// Kaplan and Meier, with a term for each row of failures. A quantile is the first time whose survival is
+  /// at most 0.75, 0.5 or 0.25 (but for rounding), `NoValue` where none is. Rows count with their
+  /// frequencies.
+  ///
+  /// The outlines have 2k + 1 points: a start at time 0 (or at the first time, if that is earlier), then the
+  /// old and the new level at each failure time.
+  ///
+  /// Failures: 5 where there is no failure, 11 where there is a single one.
+  void NonParaR(DoubleArray& SA, DoubleArray& EA, DoubleArray& FA, double CLevel, DoubleArray& NonPR,
+                DoubleArray& Harz, DoubleArray& NonPara, DoubleArray& SurvPlotX, DoubleArray& SurvPlotY,
+                DoubleArray& SurvPlotL, DoubleArray& SurvPlotU, DoubleArray& FailPlotX,
+                DoubleArray& FailPlotY, DoubleArray& FailPlotL, DoubleArray& FailPlotU,
+                DoubleArray& HarzPlotX, DoubleArray& HarzPlotY) const;
+
+  /// Survival of arbitrarily censored data whose spans do not overlap (see `HandleOverlap`): each span has
+  /// its share of the frequencies as weight, the fixed point of the self-consistent estimate (Turnbull 1976),
+  /// and standard errors come from the information about the weights, by differences. The rows are taken in
+  /// the order of their ends.
+  ///
+  /// `ProbSEFS` has a row for each of the n spans, `ProbESSLU` for the first n - 1, after which nothing is
+  /// left to estimate. `NPA` sums frequencies by kind of row. `hold` is not looked at. The outlines have 2 (n
+  /// - 1) + 1 points: a start at time 0, then the start of each span on the old level and its end on the new;
+  /// a span without a start is drawn from 0.
+  ///
+  /// Failures: 11 for a frequency of 0, 1004 where the information has no inverse.
+  void NonParaA(const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& FA, double CLevel,
+                DoubleArray& ProbSEFS, DoubleArray& ProbESSLU, DoubleArray& NPA, const DoubleArray& hold,
+                DoubleArray& TurnSurvX, DoubleArray& TurnSurvY, DoubleArray& TurnSurvL,
+                DoubleArray& TurnSurvU, DoubleArray& TurnFailX, DoubleArray& TurnFailY,
+                DoubleArray& TurnFailL, DoubleArray& TurnFailU) const;
 };
 
 }  // namespace zelkova
