@@ -4,6 +4,7 @@
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/kit/modzMatrix.h"
 #include "zelkova/reliability/LifeDistribution.h"
+#include "zelkova/reliability/retry.h"
 #include "zelkova/reliability/yReliability.h"
 
 namespace zelkova {
@@ -16,18 +17,6 @@ DoubleArray holdOfTwo(const DoubleArray& hold) {
   if (!hold.filled()) return result;
   for (Index k = 1; k <= std::min<Index>(2, hold.rows()); ++k) result(k) = hold(k);
   return result;
-}
-
-/// The start of the search after `failed` failed ones: the held values, nine tenths of the line's estimate
-/// for each failure, and 2 where the line has none.
-DoubleArray startOf(const DoubleArray& line, const DoubleArray& hold, int failed) {
-  DoubleArray start = line;
-  for (Index k = 1; k <= start.rows(); ++k) {
-    for (int i = 0; i < failed && start(k) != NoValue; ++i) start(k) *= 0.9;
-    if (start(k) == NoValue) start(k) = 2;
-    if (hold(k) != NoValue) start(k) = hold(k);
-  }
-  return start;
 }
 
 bool holdsAny(const DoubleArray& P, const DoubleArray& hold) {
@@ -61,37 +50,31 @@ void yReliability::ParaAnalysis(const DoubleArray& SA0, const DoubleArray& EA0, 
   }
 
   const DoubleArray line = P;
-  constexpr int mostSearches = 10;
-  for (int failed = 0; failed < mostSearches; ++failed) {
-    try {
-      P = startOf(line, held, failed);
-      DoubleArray MLO;
-      DoubleArray FM;
-      Para_ML(SA, EA, FA, dist, P, MLO, FM, held);
-      if (leastSquares) P = line;
+  const bool found = searchFrom(line, held, [&](const DoubleArray& start) {
+    P = start;
+    DoubleArray MLO;
+    DoubleArray FM;
+    Para_ML(SA, EA, FA, dist, P, MLO, FM, held);
+    if (leastSquares) P = line;
 
-      const double Para1 = P(1);
-      const double Para2 = P(P.rows());
-      var3 = covar13 = covar23 = NoValue;
-      if (P.rows() == 1) {
-        var1 = checked::quotient(1, FM(1, 1));
-        var2 = var3 = covar12 = covar13 = covar23 = 0;
-      } else {
-        const DoubleArray V = MatInverse(FM);
-        var1 = V(1, 1);
-        var2 = holdsAny(P, held) ? 0 : V(2, 2);
-        covar12 = V(1, 2);
-      }
-      if (BPercMTTF) PercMTTF(CLevel, dist, Percent, Para1, Para2, var1, var2, covar12, PM, PMS, PMM);
-      if (BCalPara) CalPara(SA, EA, FA, pMtd, dist, Para1, Para2, Para);
-      if (BEstPara) EstPara(CLevel, Para1, Para2, dist, var1, var2, ParaEst);
-      if (BCalTimes) CalTimes(CLevel, Para1, Para2, dist, var1, var2, covar12, times, SurvTable);
-      return;
-    } catch (const Failure&) {
-      // A search that ran into a logarithm of 0 or an overflow starts again, nearer to 0.
+    const double Para1 = P(1);
+    const double Para2 = P(P.rows());
+    var3 = covar13 = covar23 = NoValue;
+    if (P.rows() == 1) {
+      var1 = checked::quotient(1, FM(1, 1));
+      var2 = var3 = covar12 = covar13 = covar23 = 0;
+    } else {
+      const DoubleArray V = MatInverse(FM);
+      var1 = V(1, 1);
+      var2 = holdsAny(P, held) ? 0 : V(2, 2);
+      covar12 = V(1, 2);
     }
-  }
-  xlApp->messageBox("Cannot Find solution");
+    if (BPercMTTF) PercMTTF(CLevel, dist, Percent, Para1, Para2, var1, var2, covar12, PM, PMS, PMM);
+    if (BCalPara) CalPara(SA, EA, FA, pMtd, dist, Para1, Para2, Para);
+    if (BEstPara) EstPara(CLevel, Para1, Para2, dist, var1, var2, ParaEst);
+    if (BCalTimes) CalTimes(CLevel, Para1, Para2, dist, var1, var2, covar12, times, SurvTable);
+  });
+  if (!found) xlApp->messageBox("Cannot Find solution");
 }
 
 void yReliability::ParaAnalysisPlot(const std::string& dist, double Para1, double Para2, double var1,

@@ -5,6 +5,7 @@
 #include "zelkova/frame/numberText.h"
 #include "zelkova/reliability/LifeDistribution.h"
 #include "zelkova/reliability/lifeVariance.h"
+#include "zelkova/reliability/percentiles.h"
 #include "zelkova/reliability/yReliability.h"
 
 namespace zelkova {
@@ -42,19 +43,8 @@ class EstimateTable {
   double z_;
 };
 
-/// A fit with what its tables are made from.
-struct Fit {
-  WorksheetFunction& host;
-  LifeDistribution dist;
-  double para1;
-  double para2;
-  ParameterVariance variance;
-
-  Life life() const { return {host, dist, para1, para2}; }
-};
-
 /// The percentile of the share `p` into row i.
-void percentile(const Fit& fit, double p, EstimateTable& table, Index i) {
+void percentile(const LifeFitted& fit, double p, EstimateTable& table, Index i) {
   const double time = fit.life().quantile(p);
   const double se =
       checked::root(percentileVariance(fit.dist, fit.para1, fit.para2, fit.variance, fit.life().score(p)));
@@ -64,7 +54,7 @@ void percentile(const Fit& fit, double p, EstimateTable& table, Index i) {
 /// The standard error of a quantity of the fitted life, its derivatives in the two parameters taken by
 /// differences; `NoValue` where the quantity has no value beside the fit.
 template <class Quantity>
-double deltaError(const Fit& fit, Quantity quantity) {
+double deltaError(const LifeFitted& fit, Quantity quantity) {
   constexpr double relative = 1E-5;
   const auto derivative = [&](double para, auto at) {
     const double h = para == 0 ? relative : std::abs(para) * relative;
@@ -80,7 +70,7 @@ double deltaError(const Fit& fit, Quantity quantity) {
 }
 
 /// Mean, standard deviation, quartiles and their range.
-void moments(const Fit& fit, EstimateTable& table) {
+void moments(const LifeFitted& fit, EstimateTable& table) {
   enum { Mean = 1, SD, Median, Q1, Q3, IQR };
   const auto moment = [&](Index i, bool positive, auto quantity) {
     const double value = quantity(fit.life());
@@ -101,6 +91,12 @@ void moments(const Fit& fit, EstimateTable& table) {
 double normalQuantile(WorksheetFunction& host, double CLevel) { return host.NormSInv((1 + CLevel) / 2); }
 
 }  // namespace
+
+DoubleArray percentileTable(const LifeFitted& fit, const DoubleArray& Percent, double z) {
+  EstimateTable table(Percent.rows(), z);
+  for (Index i = 1; i <= Percent.rows(); ++i) percentile(fit, Percent(i) / 100, table, i);
+  return table.take();
+}
 
 void yReliability::EstPara(double CLevel, double Para1, double Para2, const std::string& dist, double var1,
                            double var2, DoubleArray& ParaEst) const {
@@ -127,19 +123,19 @@ void yReliability::PercMTTF(double CLevel, const std::string& dist, const Double
   const auto distribution = lifeDistribution(dist);
   const double z = normalQuantile(worksheetFunction(), CLevel);
   const Index n = Percent.rows();
-  EstimateTable percentiles(n, z);
+  DoubleArray percentiles(n, LifeEstimate::size, NoValue);
   EstimateTable summary(6, z);
   StringArray labels(n, 2, std::string());
   if (distribution) {
-    const Fit fit{worksheetFunction(), *distribution, Para1, Para2, {var1, var2, covar12}};
+    const LifeFitted fit{worksheetFunction(), *distribution, Para1, Para2, {var1, var2, covar12}};
+    percentiles = percentileTable(fit, Percent, z);
+    moments(fit, summary);
     for (Index i = 1; i <= n; ++i) {
-      percentile(fit, Percent(i) / 100, percentiles, i);
       labels(i, 1) = dist;
       labels(i, 2) = numberText(Percent(i));
     }
-    moments(fit, summary);
   }
-  PM = percentiles.take();
+  PM = std::move(percentiles);
   PMS = std::move(labels);
   PMM = summary.take();
 }

@@ -16,6 +16,12 @@ ZELKOVA_SLOTS(ProductLimitSummary, Failures, Censored, MTTF, SE, Lower, Upper, M
 ZELKOVA_SLOTS(SpanWeight, Start, End, Frequency, Weight);
 ZELKOVA_SLOTS(SpanSurvival, End, Survival, SE, Lower, Upper);
 ZELKOVA_SLOTS(SpanKinds, RightCensored, Interval, LeftCensored, Exact);
+ZELKOVA_SLOTS(RelationCoefficient, Coefficient, SE, Z, PValue, Lower, Upper);
+ZELKOVA_SLOTS(RelationFit, LogLikelihood, N, Iterations);
+ZELKOVA_SLOTS(RelationResidual, Stress, SA, EA, AtStart, AtEnd);
+ZELKOVA_SLOTS(RelationPercentile, Stress, Percent, Percentile, SE, Lower, Upper);
+ZELKOVA_SLOTS(RelationSurvival, Stress, Time, Survival, SE, AtLowerU, AtUpperU);
+ZELKOVA_SLOTS(RelationLine, X, M);
 ZELKOVA_SLOTS(ProbabilityLine, Share, Score, Lower, Upper, Time);
 
 /// Life data with any censoring: parametric and nonparametric analysis, accelerated tests. Binds to the host.
@@ -172,6 +178,41 @@ class yReliability : public HostBound {
                 DoubleArray& TurnSurvX, DoubleArray& TurnSurvY, DoubleArray& TurnSurvL,
                 DoubleArray& TurnSurvU, DoubleArray& TurnFailX, DoubleArray& TurnFailY,
                 DoubleArray& TurnFailL, DoubleArray& TurnFailU) const;
+
+  /// An accelerated life test: one distribution whose location is a line b0 + b1 x in the transformed stress
+  /// x, fitted to the rows `SA`, `EA` with the stresses `AA`. `accf` is the relation: "Linear" (x is the
+  /// stress), "Arrhenius" (11604.83 / kelvin), "Inverse Temp" (1 / kelvin), both of degrees Celsius,
+  /// "Ln(Power)" (its logarithm). The parameters are (spread, b0, b1); `hold` has three elements, and
+  /// "Exponential" has its spread held at 1. deliberate: every row counts once in the joint fit; `FA` weighs
+  /// the rows of a level in the fit and plot of that level alone.
+  ///
+  /// `idvl` gets the stress levels in order of first appearance, `regtable` a row for each parameter (limits
+  /// symmetric for b0 and b1, logarithmic for the spread; a held parameter has its value alone), `modelf` the
+  /// fit. `SResitable` and `CSResitable` have a row for each row of data, with the standardised and the
+  /// Cox-Snell residual (-ln S, Cox and Snell 1968) at both ends of the span. `ptiletable` and `timestable`
+  /// have a row for each stress of `predictT` and each element of `Percent` or `times`.
+  ///
+  /// `PlotXi` to `PlotLinei` have a column for each level: the points of its probability plot, then share,
+  /// score, lower and upper limit and time of its line (`ProbPlot`), filled up with `NoValue`. Those of the
+  /// residuals
+  /// (`PlotX_RS` ... of the standardised, `PlotX_RCS` ... of the Cox-Snell ones) are vectors and a table.
+  /// `LineXYm` has x and the location, `RelX` the stress and `RelA`, `RelACIL`, `RelACIU` the percentile
+  /// `relpercent` with limits, at 50 stresses even in x over all levels and all of `predictT`.
+  ///
+  /// A level without a failure, and a joint fit that finds no maximum, show a text through the host's message
+  /// box; the latter leaves what comes after the levels' plots as it was. An unknown `dist` or `accf` fills
+  /// nothing.
+  void ALTOutput(const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& FA, const DoubleArray& AA,
+                 double CLevel, const std::string& dist, const std::string& pMtd, const std::string& estimate,
+                 const std::string& accf, const DoubleArray& Percent, double relpercent,
+                 const DoubleArray& predictT, const DoubleArray& times, const DoubleArray& hold,
+                 DoubleArray& idvl, DoubleArray& regtable, DoubleArray& modelf, DoubleArray& SResitable,
+                 DoubleArray& CSResitable, DoubleArray& ptiletable, DoubleArray& timestable,
+                 DoubleArray& PlotXi, DoubleArray& PlotYi, DoubleArray& PlotHi, DoubleArray& PlotVi,
+                 DoubleArray& PlotLi, DoubleArray& PlotUi, DoubleArray& PlotLinei, DoubleArray& LineXYm,
+                 DoubleArray& PlotX_RS, DoubleArray& PlotY_RS, DoubleArray& PlotHVLU_RS,
+                 DoubleArray& PlotX_RCS, DoubleArray& PlotY_RCS, DoubleArray& PlotHVLU_RCS, DoubleArray& RelX,
+                 DoubleArray& RelA, DoubleArray& RelACIL, DoubleArray& RelACIU) const;
 };
 
 }  // namespace zelkova
