@@ -1,5 +1,7 @@
 #include "zelkova/reliability/modzDist.h"
 
+#include <vector>
+
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/reliability/lifeLikelihood.h"
 #include "zelkova/reliability/relationLikelihood.h"
@@ -15,25 +17,38 @@ class NoModel : public Objective {
 };
 
 /// One step of the self-consistency of Turnbull (1976), for spans that do not overlap: each keeps its own
-/// weight, so the probabilities are the relative frequencies at once.
+/// weight, so the probabilities are the relative frequencies at once. Differences move one or two
+/// probabilities at a time, so the logarithms of the others are kept.
 class SpanProbabilities : public Objective {
  public:
-  explicit SpanProbabilities(DoubleArray FA) : FA_(std::move(FA)) {}
+  explicit SpanProbabilities(const DoubleArray& FA) {
+    double total = 0;
+    for (const double f : FA.elements()) total += f;
+    for (const double f : FA.elements()) share_.push_back(checked::quotient(f, total));
+    last_.assign(share_.size(), 1);
+    logarithm_.assign(share_.size(), 0);
+  }
 
   double operator()(DoubleArray& P) override {
-    double total = 0;
-    for (const double f : FA_.elements()) total += f;
+    const auto probabilities = P.vector();
+    if (probabilities.size() > share_.size()) raise(FailureNumber::OutOfRange);
     double result = 0;
-    for (Index i = 1; i <= P.rows(); ++i) {
-      const double own = checked::quotient(P(i), P(i)) * FA_(i);
-      result += checked::log(P(i));
-      P(i) = checked::quotient(own, total);
+    for (std::size_t i = 0; i < probabilities.size(); ++i) {
+      if (probabilities[i] != last_[i]) {
+        if (probabilities[i] == 0) raise(FailureNumber::DivisionByZero);
+        logarithm_[i] = checked::log(probabilities[i]);
+        last_[i] = probabilities[i];
+      }
+      result += logarithm_[i];
+      probabilities[i] = share_[i];
     }
     return -checked::finite(result);
   }
 
  private:
-  DoubleArray FA_;
+  std::vector<double> share_;
+  std::vector<double> last_;
+  std::vector<double> logarithm_;
 };
 
 }  // namespace
