@@ -24,8 +24,9 @@ class LinearityAndBias : public WithHost {
  protected:
   LinearityAndBias() : parts(60), references(60) {
     for (Index i = 1; i <= 60; ++i) {
-      parts(i) = std::to_string((i - 1) / 12 + 1);
-      references(i) = static_cast<double>(2 * ((i - 1) / 12 + 1));
+      const Index part = (i - 1) / 12 + 1;
+      parts(i) = std::to_string(part);
+      references(i) = static_cast<double>(2 * part);
     }
   }
 

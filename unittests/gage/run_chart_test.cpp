@@ -70,7 +70,7 @@ TEST_F(GageRun, RefusesWhatDoesNotFit) {
   } cases[] = {{11, 11, "Limited to 10 parts"}, {10, 11, "Limited to 10 operators"}, {10, 10, ""}};
   for (const auto& test : cases) {
     error.clear();
-    const Index n = test.parts * test.operators;
+    const Index n = Index{test.parts} * test.operators;
     run(DoubleArray(n, 1.0), labels(test.parts, 1, test.operators), labels(test.operators, test.parts, 1),
         StringArray(n, "1"));
     EXPECT_EQ(error, test.text);

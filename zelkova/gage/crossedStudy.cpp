@@ -22,7 +22,10 @@ namespace {
 /// whatever those are.
 constexpr double none = 0.0000001;
 
-DoubleArray emptyComponents() { return DoubleArray(GageSource::size, GageComponent::size, NoValue); }
+DoubleArray emptyComponents() {
+  DoubleArray result(GageSource::size, GageComponent::size, NoValue);
+  return result;
+}
 
 /// The analysis of variance with both factors and their interaction.
 DoubleArray anovaOfTwo(WorksheetFunction& host, const TwoWay& layout) {

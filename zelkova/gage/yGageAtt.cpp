@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -14,6 +15,8 @@
 namespace zelkova {
 
 namespace {
+
+constexpr std::string_view aiagMethod = "AIAG method";
 
 /// A reference value and the share of its trials that were accepted.
 struct Point {
@@ -127,6 +130,33 @@ struct Line {
   double sse = 0;
 };
 
+/// What the curve tells about the gage.
+DoubleArray assess(WorksheetFunction& host, const Line& line, double limit, const std::string& method) {
+  const double half = line.root();
+  const double bias = half - limit;
+  DoubleArray result(GageAttribute::size, NoValue);
+  result(GageAttribute::N) = line.n;
+  result(GageAttribute::Intercept) = line.at(0);
+  result(GageAttribute::Slope) = line.slope;
+  result(GageAttribute::Tolerance) = limit;
+  result(GageAttribute::ReferenceAtHalf) = half;
+  result(GageAttribute::Bias) = bias;
+  if (method == aiagMethod) {
+    const double spread =
+        checked::quotient(host.NormSInv(0.995) - host.NormSInv(0.005), std::abs(line.slope));
+    result(GageAttribute::Repeatability) = spread / 1.08;
+    result(GageAttribute::T) = 31.3 * checked::quotient(std::abs(bias), result(GageAttribute::Repeatability));
+  } else if (method == "Regression method") {
+    result(GageAttribute::Repeatability) = checked::quotient(1, std::abs(line.slope));
+    const double se = checked::quotient(line.standardError(half), std::abs(line.slope));
+    result(GageAttribute::T) = checked::quotient(bias, se);
+  }
+  if (result(GageAttribute::T) != NoValue) {
+    result(GageAttribute::PValue) = host.TDist(std::abs(result(GageAttribute::T)), line.n - 2, 2);
+  }
+  return result;
+}
+
 }  // namespace
 
 void yGageAtt::GageAttributeOutput(const StringArray& /*dpart*/, const DoubleArray& dstd,
@@ -148,7 +178,7 @@ void yGageAtt::GageAttributeOutput(const StringArray& /*dpart*/, const DoubleArr
       return;
     }
   }
-  const bool aiag = Method == "AIAG method";
+  const bool aiag = Method == aiagMethod;
   const std::vector<Point> points = pointsOf(references, acceptances, trials);
   if (std::string fault = faultOf(points, Tolerance_Type == "Upper limit", aiag); !fault.empty()) {
     ErrorCode = std::move(fault);
@@ -165,31 +195,10 @@ void yGageAtt::GageAttributeOutput(const StringArray& /*dpart*/, const DoubleArr
   }
   const Line line(x, z);
   std::vector<double> fitted;
+  fitted.reserve(x.size());
   for (const double reference : x) fitted.push_back(line.at(reference));
 
-  const double limit = toNumber(Tolerance);
-  const double half = line.root();
-  const double bias = half - limit;
-  DoubleArray result(GageAttribute::size, NoValue);
-  result(GageAttribute::N) = line.n;
-  result(GageAttribute::Intercept) = line.at(0);
-  result(GageAttribute::Slope) = line.slope;
-  result(GageAttribute::Tolerance) = limit;
-  result(GageAttribute::ReferenceAtHalf) = half;
-  result(GageAttribute::Bias) = bias;
-  if (aiag) {
-    const double spread =
-        checked::quotient(host.NormSInv(0.995) - host.NormSInv(0.005), std::abs(line.slope));
-    result(GageAttribute::Repeatability) = spread / 1.08;
-    result(GageAttribute::T) = 31.3 * checked::quotient(std::abs(bias), result(GageAttribute::Repeatability));
-  } else if (Method == "Regression method") {
-    result(GageAttribute::Repeatability) = checked::quotient(1, std::abs(line.slope));
-    const double se = checked::quotient(line.standardError(half), std::abs(line.slope));
-    result(GageAttribute::T) = checked::quotient(bias, se);
-  }
-  if (result(GageAttribute::T) != NoValue) {
-    result(GageAttribute::PValue) = host.TDist(std::abs(result(GageAttribute::T)), line.n - 2, 2);
-  }
+  DoubleArray result = assess(host, line, toNumber(Tolerance), Method);
   checked::leaving(result);
   checked::allFinite(fitted);
 
