@@ -201,6 +201,16 @@ TEST_F(Crossed, LeavesOutWhatHasNoMeasure) {
   EXPECT_TRUE(isClose(components(GageSource::GageRR, GageComponent::Variance), 0.75 * repeatability));
 }
 
+// Fault: a negative component of operators or parts kept. By hand: an interaction alone, cells of means 1, 3;
+// 3, 1 with readings 1 to either side: mean squares 0, 0, 8 and 2, so interaction (8 - 2)/2.
+TEST_F(Crossed, CutsNegativeComponents) {
+  run({0, 2, 2, 4, 2, 4, 0, 2}, twoParts, twoOperators, "ANOVA");
+  const std::span<const double> variances = components.column(GageComponent::Variance);
+  EXPECT_TRUE(
+      areClose(DoubleArray(std::vector<double>(variances.begin(), variances.end())), {5, 2, 3, 0, 3, 0, 5}));
+  EXPECT_EQ(anova(GageAnova::DistinctCategories), 1);
+}
+
 // Faults: categories rounded, or below 1. By hand as above: 1.41 times the ratio is 1.3014 times the distance
 // of the parts, so 4.99, 5.01 and 0.90.
 TEST_F(Crossed, RoundsCategoriesDown) {
