@@ -134,6 +134,7 @@ const Catalogue& Catalogue::get() {
 Catalogue::Catalogue() : worksheetFunctions_(describeWorksheetFunctions()) {
   for (const auto& describeSubject :
        {describeFrame, describeKit, describeHypothesis, describeModels, describeCharts, describeCapability})
+       {describeFrame, describeKit, describeHypothesis, describeModels, describeCharts, describeGage})
     describeSubject(classes_);
 }
 

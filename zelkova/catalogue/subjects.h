@@ -13,6 +13,7 @@ void describeHypothesis(std::vector<Class>& classes);
 void describeModels(std::vector<Class>& classes);
 void describeCharts(std::vector<Class>& classes);
 void describeCapability(std::vector<Class>& classes);
+void describeGage(std::vector<Class>& classes);
 
 /// The host's functions under their own names.
 Class describeWorksheetFunctions();
