@@ -132,9 +132,15 @@ const Catalogue& Catalogue::get() {
 }
 
 Catalogue::Catalogue() : worksheetFunctions_(describeWorksheetFunctions()) {
-  for (const auto& describeSubject :
-       {describeFrame, describeKit, describeHypothesis, describeModels, describeCharts, describeCapability})
-       {describeFrame, describeKit, describeHypothesis, describeModels, describeCharts, describeGage})
+  for (const auto& describeSubject : {
+           describeFrame,
+           describeKit,
+           describeHypothesis,
+           describeModels,
+           describeCharts,
+           describeCapability,
+           describeGage,
+       })
     describeSubject(classes_);
 }
 
