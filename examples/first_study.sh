@@ -47,6 +47,11 @@ chart RCHART piston_rings.csv LCLBound=0
 heading "And the level? (X-bar chart)"
 chart XBAR piston_rings.csv LCLBound=
 
+heading "The process is stable: is it capable of 74.000 mm, give or take 0.050?"
+capability=(dy=@piston_rings.csv:diameter dx=@piston_rings.csv:sample estimate1="Average Moving Range" estimate2=RBar
+  MRLength= USL=74.050 LSL=73.950 Target=74 Tolerance= HistMean= HistSD= HistSDB= HistSDW= DisplayC= DisplayP=)
+"$zelkova" call yCapability.CapabilityOutput "${capability[@]}" --digits 6
+
 # Sigma is the mean range over d2: 0.02324 / 2.326.
 heading "The next 15 samples, on the limits of the study: does the process stay where it was?"
 chart XBAR piston_rings_after.csv LCLBound= HistMean=74.001176 HistSD=0.0099914

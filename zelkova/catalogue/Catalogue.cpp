@@ -132,8 +132,15 @@ const Catalogue& Catalogue::get() {
 }
 
 Catalogue::Catalogue() : worksheetFunctions_(describeWorksheetFunctions()) {
-  for (const auto& describeSubject :
-       {describeFrame, describeKit, describeHypothesis, describeModels, describeCharts})
+  for (const auto& describeSubject : {
+           describeFrame,
+           describeKit,
+           describeHypothesis,
+           describeModels,
+           describeCharts,
+           describeCapability,
+           describeGage,
+       })
     describeSubject(classes_);
 }
 

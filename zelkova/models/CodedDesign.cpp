@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <functional>
 
-#include "zelkova/kit/Levels.h"
-#include "zelkova/kit/modzSort.h"
+#include "zelkova/kit/SortedLevels.h"
 #include "zelkova/kit/order.h"
 
 namespace zelkova::glm {
@@ -227,19 +226,9 @@ Sums codedProducts(const CodedTerm& a, const CodedTerm& b, Index rows) {
 std::vector<Factor> factorsOf(const StringArray& df) {
   std::vector<Factor> factors;
   for (Index j = 1; j <= df.columns(); ++j) {
-    const std::span<const std::string> column = df.column(j);
-    const Levels levels(column);
+    SortedLevels<std::string> levels = sortedLevels(df.column(j));
     if (levels.count() < 2) refuse("Factors must have more than 1 level");
-    std::vector<std::string> texts;
-    for (const Index first : levels.firsts()) texts.push_back(column[static_cast<std::size_t>(first)]);
-    StringArray sorted(std::move(texts));
-    ExchangeSortS(sorted);
-
-    // The sorted levels, followed by the column: the codes behind them are the places in the sorted order.
-    std::vector<std::string> all(sorted.elements().begin(), sorted.elements().end());
-    all.insert(all.end(), column.begin(), column.end());
-    const Levels ordered(all);
-    factors.push_back({std::move(sorted), {ordered.codes().begin() + levels.count(), ordered.codes().end()}});
+    factors.push_back({std::move(levels.values), std::move(levels.codes)});
   }
   return factors;
 }

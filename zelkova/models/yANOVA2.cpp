@@ -4,79 +4,20 @@
 
 #include "zelkova/kit/Levels.h"
 #include "zelkova/kit/groups.h"
+#include "zelkova/models/TwoWay.h"
 #include "zelkova/models/anovaTable.h"
 
 namespace zelkova {
 
 namespace {
 
-/// What a balanced layout of a by b cells with r values each consists of. Effects are deviations from the
-/// mean of all.
-struct TwoWay {
-  double a, b, r;
-  GroupSummary all;
-  std::vector<double> effects1, effects2;
-  double ss1 = 0, ss2 = 0, ss12 = 0, within = 0;
-};
-
-double squares(const std::vector<double>& values) {
-  double sum = 0;
-  for (const double x : values) sum += x * x;
-  return sum;
-}
-
-TwoWay analyse(const DoubleArray& dy, const Levels& levels1, const Levels& levels2) {
-  const auto a = static_cast<std::size_t>(levels1.count());
-  const auto b = static_cast<std::size_t>(levels2.count());
-  std::vector<Index> cells(static_cast<std::size_t>(dy.rows()));
-  for (std::size_t i = 0; i < cells.size(); ++i) {
-    cells[i] = levels1.codes()[i] * levels2.count() + levels2.codes()[i];
-  }
-  const std::vector<GroupSummary> groups = summariesOf(dy.vector(), cells, levels1.count() * levels2.count());
-
-  // Cells are measured from the first of them, so that no digits go into what all have in common.
-  std::vector<double> means(a * b);
-  std::vector<double> means1(a, 0.0);
-  std::vector<double> means2(b, 0.0);
-  double mean = 0;
-  double within = 0;
-  for (std::size_t i = 0; i < a; ++i) {
-    for (std::size_t j = 0; j < b; ++j) {
-      const double cell = difference(groups[i * b + j], groups.front());
-      means[i * b + j] = cell;
-      means1[i] += cell;
-      means2[j] += cell;
-      mean += cell;
-      within += groups[i * b + j].squares;
-    }
-  }
-
-  mean /= static_cast<double>(a * b);
-
-  TwoWay result{static_cast<double>(a), static_cast<double>(b), groups.front().n,
-                summaryOf(dy.vector()), std::move(means1),      std::move(means2)};
-  for (double& effect : result.effects1) effect = effect / result.b - mean;
-  for (double& effect : result.effects2) effect = effect / result.a - mean;
-  for (std::size_t i = 0; i < a; ++i) {
-    for (std::size_t j = 0; j < b; ++j) {
-      means[i * b + j] -= mean + result.effects1[i] + result.effects2[j];
-    }
-  }
-  result.ss1 = checked::finite(result.b * result.r * squares(result.effects1));
-  result.ss2 = checked::finite(result.a * result.r * squares(result.effects2));
-  result.ss12 = checked::finite(result.r * squares(means));
-  result.within = checked::finite(within);
-  return result;
-}
-
 DoubleArray twoWayTable(WorksheetFunction& host, const TwoWay& layout, bool additive) {
   const double n = layout.a * layout.b * layout.r;
   const double df1 = layout.a - 1;
   const double df2 = layout.b - 1;
   const double dfE = additive ? n - layout.a - layout.b + 1 : n - layout.a * layout.b;
-  // The error is summed as such, rather than left over from the total: cancellation cannot touch it.
   const double sse = additive ? layout.within + layout.ss12 : layout.within;
-  const double sst = layout.ss1 + layout.ss2 + layout.ss12 + layout.within;
+  const double sst = layout.total();
   const double mse = anova::meanSquare(sse, dfE);
 
   DoubleArray result(TwoANOVA::size, NoValue);
@@ -160,7 +101,7 @@ void yANOVA2::TwoANOVAOutput(const DoubleArray& dy, const StringArray& dx1, cons
     return;
   }
 
-  const TwoWay layout = analyse(dy, levels1, levels2);
+  const TwoWay layout = analyseTwoWay(dy.vector(), levels1, levels2);
   DoubleArray table = twoWayTable(worksheetFunction(), layout, Additive);
   double reach1 = NoValue;
   double reach2 = NoValue;
@@ -169,8 +110,9 @@ void yANOVA2::TwoANOVAOutput(const DoubleArray& dy, const StringArray& dx1, cons
     reach1 = reach / checked::root(layout.b * layout.r);
     reach2 = reach / checked::root(layout.a * layout.r);
   }
-  DoubleArray perLevel1 = levelTable(layout.all, layout.effects1, reach1);
-  DoubleArray perLevel2 = levelTable(layout.all, layout.effects2, reach2);
+  const GroupSummary all = summaryOf(dy.vector());
+  DoubleArray perLevel1 = levelTable(all, layout.effects1, reach1);
+  DoubleArray perLevel2 = levelTable(all, layout.effects2, reach2);
   TANVValue = std::move(table);
   TANVValue_I1 = std::move(perLevel1);
   TANVValue_I2 = std::move(perLevel2);
