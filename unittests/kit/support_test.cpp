@@ -164,29 +164,19 @@ TEST_F(ScalesTest, HistogramBinsHoldTheDataOrFail) {
   EXPECT_EQ(failureNumber([] { GetHistogramBins(DoubleArray()); }), 9);
 }
 
-// Fault: a value on a boundary in the lower interval; values beyond the ends that are lost; a search that
-// misses an interval at some number of them. The counts are arithmetic by hand.
+// Fault: a value on a boundary in the lower interval; a search that misses an interval at some number of
+// them. Expected: by hand.
 TEST(BinCounts, GiveBoundariesToTheUpperInterval) {
-  const std::vector<double> unequal{1, 2, 4};
-  EXPECT_EQ(binCounts(unequal, std::vector<double>{-9, 1.4, 1.5, 2.9, 3, 99}),
-            (std::vector<double>{2, 2, 2}));
-  for (std::size_t n = 1; n <= 20; ++n) {
-    std::vector<double> midpoints;
-    std::vector<double> values;
-    std::vector<double> expected;
-    for (std::size_t i = 0; i < n; ++i) {
-      const auto x = static_cast<double>(i);
-      midpoints.push_back(x);
-      values.insert(values.end(), i + 1, i % 2 == 0 ? x - 0.5 : x + 0.25);
-      expected.push_back(x + 1);
-    }
+  std::vector<double> midpoints, values, expected;
+  for (double n = 1; n <= 20; ++n) {
+    midpoints.push_back(n * n);
+    values.insert(values.end(), static_cast<std::size_t>(n), n * n - n + 0.5);
+    expected.push_back(n);
     EXPECT_EQ(binCounts(midpoints, values), expected);
   }
-  const std::vector<double> descending{2, 1};
-  EXPECT_EQ(failureNumber([&] { binCounts(descending, descending); }), 5);
-  const std::vector<double> tooWide{-1e308, 1e308};
-  EXPECT_EQ(failureNumber([&] { binCounts(tooWide, tooWide); }), 6);
-  EXPECT_EQ(failureNumber([&] { binCounts({}, descending); }), 9);
+  EXPECT_EQ(failureNumber([&] { binCounts(std::vector<double>{2, 1}, values); }), 5);
+  EXPECT_EQ(failureNumber([&] { binCounts(std::vector<double>{-1e308, 1e308}, values); }), 6);
+  EXPECT_EQ(failureNumber([&] { binCounts({}, values); }), 9);
 }
 
 // Fault: an axis that leaves data out, has too few or too many steps, or steps that nobody can read; a zero
