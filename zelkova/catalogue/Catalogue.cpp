@@ -140,6 +140,7 @@ Catalogue::Catalogue() : worksheetFunctions_(describeWorksheetFunctions()) {
            describeCharts,
            describeCapability,
            describeGage,
+           describePlots,
        })
     describeSubject(classes_);
 }

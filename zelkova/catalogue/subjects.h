@@ -14,6 +14,7 @@ void describeModels(std::vector<Class>& classes);
 void describeCharts(std::vector<Class>& classes);
 void describeCapability(std::vector<Class>& classes);
 void describeGage(std::vector<Class>& classes);
+void describePlots(std::vector<Class>& classes);
 
 /// The host's functions under their own names.
 Class describeWorksheetFunctions();
