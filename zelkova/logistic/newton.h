@@ -1,0 +1,103 @@
+#pragma once
+
+#include <cmath>
+#include <cstddef>
+#include <span>
+#include <vector>
+
+#include "zelkova/frame/Array.h"
+#include "zelkova/frame/arithmetic.h"
+#include "zelkova/logistic/CovariatePatterns.h"
+
+namespace zelkova {
+
+/// What a model knows at a point: the log-likelihood (minus infinity where the point is no model at all), its
+/// gradient, and the information, of which the lower triangle is read.
+struct Evaluation {
+  explicit Evaluation(std::size_t coefficients)
+      : score(coefficients),
+        information(static_cast<Index>(coefficients), static_cast<Index>(coefficients), 0.0) {}
+
+  double logLikelihood = 0;
+  std::vector<double> score;
+  DoubleArray information;
+};
+
+/// Adds, over a block of patterns, the weighted products of the columns from `fromColumn` on to the part of
+/// `information` that begins behind `row` and `column`: on the diagonal its lower triangle, else all of it.
+void addProducts(const CovariatePatterns& patterns, const Block& block, std::span<const double> weights,
+                 std::size_t fromColumn, std::size_t row, std::size_t column, DoubleArray& information);
+
+/// An information matrix that is known to be regular.
+class Information {
+ public:
+  /// Failure 5012 where a pivot of the matrix, brought to a unit diagonal, has lost all its digits: what is
+  /// left of it is rounding, and so would be everything computed from it.
+  explicit Information(const DoubleArray& information);
+
+  std::vector<double> solve(std::vector<double> score) const;
+
+  DoubleArray inverse() const;
+
+ private:
+  DoubleArray scaled_;
+  DoubleArray factor_;
+  std::vector<double> scales_;
+};
+
+/// Where the likelihood has its maximum.
+struct Maximum {
+  std::vector<double> coefficients;
+  double logLikelihood;
+  DoubleArray covariance;  ///< the inverse of the information there
+};
+
+namespace newton {
+
+inline constexpr int mostIterations = 100;
+inline constexpr double standsStill = 1E-8;
+
+/// Failure 5012 for a likelihood of 1: the coefficients grow without end, and the information vanishes.
+/// Data that no model separates stay below -ln 2.
+void refusePerfectSeparation(double logLikelihood);
+
+std::vector<double> along(std::vector<double> b, const std::vector<double>& step, double length);
+
+}  // namespace newton
+
+/// Climbs from `b` by the steps inverse information times score until the log-likelihood changes by less
+/// than 1E-8, which up to three further steps follow that settle the last digits of the coefficients. A step
+/// that leads down is halved. In all, at most `newton::mostIterations` less `iteration` evaluations; the last
+/// point reached is the answer then. `model.evaluate(b)` answers an `Evaluation`.
+template <class Model>
+Maximum maximise(const Model& model, std::vector<double> b, int iteration) {
+  constexpr int furtherSteps = 3;
+  constexpr double worthwhileGain = 1E-20;
+  Evaluation here = model.evaluate(b);
+  checked::finite(here.logLikelihood);
+  for (int still = 0; iteration < newton::mostIterations && still <= furtherSteps; ++iteration) {
+    newton::refusePerfectSeparation(here.logLikelihood);
+    const std::vector<double> step = Information(here.information).solve(here.score);
+    double gain = 0;
+    for (std::size_t i = 0; i < step.size(); ++i) gain += step[i] * here.score[i] / 2;
+    if (still > 0 && gain < worthwhileGain) break;
+
+    const auto leadsDown = [&](const Evaluation& there) {
+      return !(there.logLikelihood >= here.logLikelihood - newton::standsStill);
+    };
+    double length = 1;
+    Evaluation next = model.evaluate(newton::along(b, step, length));
+    for (; leadsDown(next) && iteration < newton::mostIterations; ++iteration) {
+      length /= 2;
+      next = model.evaluate(newton::along(b, step, length));
+    }
+    if (leadsDown(next)) break;
+    b = newton::along(std::move(b), step, length);
+    if (still > 0 || std::abs(next.logLikelihood - here.logLikelihood) < newton::standsStill) ++still;
+    here = std::move(next);
+  }
+  newton::refusePerfectSeparation(here.logLikelihood);
+  return {std::move(b), here.logLikelihood, Information(here.information).inverse()};
+}
+
+}  // namespace zelkova
