@@ -57,13 +57,10 @@ void checkCoefficients(double count) {
   if (count > most) raise(FailureNumber::InvalidCall, "the model has more than 1000 coefficients");
 }
 
-CovariatePatterns::CovariatePatterns(const VariantArray& x, const StringArray& X_nom, std::size_t n) {
+CovariatePatterns::CovariatePatterns(const VariantArray& x, std::size_t n) {
   const auto predictorCount = static_cast<std::size_t>(x.columns());
   if (static_cast<std::size_t>(x.rows()) != n) {
     raise(FailureNumber::OutOfRange, "x must have a row for each element of Y");
-  }
-  if (X_nom.filled() && static_cast<std::size_t>(X_nom.size()) != predictorCount) {
-    raise(FailureNumber::OutOfRange, "X_nom must have a name for each column of x");
   }
   checkCoefficients(static_cast<double>(predictorCount) + 1);
 

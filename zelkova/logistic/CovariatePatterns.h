@@ -37,9 +37,8 @@ struct Block {
 /// and other short numbers rounds nothing.
 class CovariatePatterns {
  public:
-  /// Failures: 9 unless `x` has `n` rows and `X_nom`, where filled, a name for each of its columns; 5012 for
-  /// a constant column; those of `numbersOf`.
-  CovariatePatterns(const VariantArray& x, const StringArray& X_nom, std::size_t n);
+  /// Failures: 9 unless `x` has `n` rows, 5012 for a constant column, those of `numbersOf`.
+  CovariatePatterns(const VariantArray& x, std::size_t n);
 
   std::size_t count() const { return columns_.front().size(); }
   std::size_t predictors() const { return columns_.size() - 1; }

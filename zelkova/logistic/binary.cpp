@@ -52,7 +52,7 @@ struct Influence {
 
 }  // namespace
 
-void yLogistic::Binary_regression(const VariantArray& Y, const VariantArray& x, const StringArray& X_nom,
+void yLogistic::Binary_regression(const VariantArray& Y, const VariantArray& x, const StringArray& /*X_nom*/,
                                   const std::string& link_f, DoubleArray& regtable, double& loglikelihood,
                                   DoubleArray& GOFtable, DoubleArray& Associationtable,
                                   DoubleArray& SumMeasure, DoubleArray& leverage, DoubleArray& probability,
@@ -60,7 +60,7 @@ void yLogistic::Binary_regression(const VariantArray& Y, const VariantArray& x, 
                                   DoubleArray& deltabeta) const {
   WorksheetFunction& host = worksheetFunction();
   const std::vector<Index> events = eventsOf(numbersOf(responseOf(Y), "Y"));
-  const CovariatePatterns patterns(x, X_nom, events.size());
+  const CovariatePatterns patterns(x, events.size());
   const LevelCounts counts(patterns, events, 2);
   const Link link(host, link_f);
   const BinaryModel model(patterns, counts, link);

@@ -30,8 +30,8 @@ std::vector<double> BinaryModel::start() const {
   };
   const auto working = [this](double y) {
     const double eta = link_.LinkInverse((y + 0.5) / 2);
-    const double density = link_.LinkPDF(eta);
     const Probability fitted = link_.LinkCDF(eta);
+    const double density = link_.LinkPDF(eta, fitted);
     const double weight = density * density / fitted.guardedVariance();
     return Working{weight, weight * (eta + (y - fitted.p) / density)};
   };
@@ -85,7 +85,7 @@ Evaluation BinaryModel::evaluate(const std::vector<double>& b) const {
       const double y = events_[block.first + i];
       const double rest = others_[block.first + i];
       const Probability fitted = link_.LinkCDF(eta[i]);
-      const double density = link_.LinkPDF(eta[i]);
+      const double density = link_.LinkPDF(eta[i], fitted);
       const double factor = density / fitted.guardedVariance();
       weights[i] = (y + rest) * density * factor;
       residuals[i] = (y * fitted.complement - rest * fitted.p) * factor;
@@ -112,7 +112,7 @@ PatternFit::PatternFit(const BinaryModel& model, const Maximum& maximum)
   const std::span<double> h = leverage.vector();
   for (std::size_t g = 0; g < patterns.count(); ++g) {
     const Probability p = model.link().LinkCDF(eta[g]);
-    const double density = model.link().LinkPDF(eta[g]);
+    const double density = model.link().LinkPDF(eta[g], p);
     const double m = model.rows(g);
     const Index place = static_cast<Index>(g) + 1;
     fitted.push_back(p);

@@ -33,14 +33,12 @@ Probability Link::LinkCDF(double eta) const {
   return {};
 }
 
-double Link::LinkPDF(double eta) const {
+double Link::LinkPDF(double eta, const Probability& fitted) const {
   constexpr double floor = 1E-10;
   const auto density = [&] {
     switch (kind_) {
-      case Kind::Logit: {
-        const double odds = std::exp(-std::abs(eta));
-        return odds / ((1 + odds) * (1 + odds));
-      }
+      case Kind::Logit:
+        return fitted.p * fitted.complement;
       case Kind::Normit:
         return normalPeak_ * std::exp(-eta * eta / 2);
       case Kind::Gompit:

@@ -40,8 +40,9 @@ class Link {
   /// The probability at `eta`.
   Probability LinkCDF(double eta) const;
 
-  /// Its derivative, at least 1E-10, so that no weight vanishes and no division by it overflows.
-  double LinkPDF(double eta) const;
+  /// Its derivative, at least 1E-10, so that no weight vanishes and no division by it overflows. `fitted` is
+  /// the probability at `eta`.
+  double LinkPDF(double eta, const Probability& fitted) const;
 
   /// The linear predictor of a probability, which is held 1E-10 off 0 and 1.
   double LinkInverse(double p) const;

@@ -192,7 +192,7 @@ std::pair<double, double> NominalModel::goodness(const std::vector<double>& b) c
 
 }  // namespace
 
-void yLogistic::Nominal_regression(const VariantArray& Y, const VariantArray& x, const StringArray& X_nom,
+void yLogistic::Nominal_regression(const VariantArray& Y, const VariantArray& x, const StringArray& /*X_nom*/,
                                    const std::string& refevent, DoubleArray& regtable, double& loglikelihood,
                                    DoubleArray& GOFtable, StringArray& Yname) const {
   WorksheetFunction& host = worksheetFunction();
@@ -204,7 +204,7 @@ void yLogistic::Nominal_regression(const VariantArray& Y, const VariantArray& x,
   setAside(static_cast<std::size_t>(reference - levels.texts.begin()), levels);
   const auto k = static_cast<double>(levels.texts.size());
   checkCoefficients(k - 1);
-  const CovariatePatterns patterns(x, X_nom, levels.codes.size());
+  const CovariatePatterns patterns(x, levels.codes.size());
   const LevelCounts counts(patterns, levels.codes, levels.texts.size());
   const NominalModel model(patterns, counts);
   checkCoefficients(static_cast<double>(model.coefficients()));

@@ -94,7 +94,7 @@ void OrdinalModel::fit(const std::vector<double>& b, double slopes, LevelFit& re
     const Probability upTo = link_.LinkCDF(eta);
     // Of the two differences, the one of the smaller numbers keeps its digits.
     result.probability[level] = below.p > 0.5 ? below.complement - upTo.complement : upTo.p - below.p;
-    result.density[level + 1] = link_.LinkPDF(eta);
+    result.density[level + 1] = link_.LinkPDF(eta, upTo);
     below = upTo;
   }
   result.probability[cuts_] = below.complement;
@@ -187,7 +187,7 @@ struct OrdinalFit {
 
 }  // namespace
 
-void yLogistic::Ordinal_regression(const VariantArray& Y, const VariantArray& x, const StringArray& X_nom,
+void yLogistic::Ordinal_regression(const VariantArray& Y, const VariantArray& x, const StringArray& /*X_nom*/,
                                    const std::string& link_f, DoubleArray& regtable, double& loglikelihood,
                                    DoubleArray& GOFtable, DoubleArray& Associationtable,
                                    DoubleArray& SumMeasure, std::int16_t& numresponseorder) const {
@@ -205,7 +205,7 @@ void yLogistic::Ordinal_regression(const VariantArray& Y, const VariantArray& x,
   }
   const std::vector<Index> levels = levelsFrom(response, lowest, k);
   checkCoefficients(k - 1);
-  const CovariatePatterns patterns(x, X_nom, response.size());
+  const CovariatePatterns patterns(x, response.size());
   const LevelCounts counts(patterns, levels, static_cast<std::size_t>(k));
   const Link link(host, link_f);
   const OrdinalModel model(patterns, counts, link);
