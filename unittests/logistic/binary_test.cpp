@@ -224,6 +224,9 @@ TEST_F(BinaryRegression, EndsWhereTheDataAreSeparated) {
     EXPECT_EQ(failureOf({{{1}, {3, 0}}, {{2}, {2, 0}}, {{3}, {0, 4}}}, link), 5012);
     EXPECT_FALSE(table.filled());
   }
+  fit({{{1}, {1, 0}}, {{2}, {1, 1}}, {{3}, {0, 1}}});
+  EXPECT_NEAR(logLikelihood, -2 * std::log(2), 1e-6) << "the highest there is without perfect separation";
+
   fit({{{0}, {6, 4}}, {{1}, {5, 0}}});
   EXPECT_TRUE(isClose(table(1, Coefficients::Coefficient), std::log(4.0 / 6), 1e-6));
   EXPECT_TRUE(isClose(table(1, Coefficients::SECoefficient), std::sqrt(1 / 2.4), 1e-6));

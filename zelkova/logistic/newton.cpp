@@ -92,7 +92,8 @@ DoubleArray Information::inverse() const {
 namespace newton {
 
 void refusePerfectSeparation(double logLikelihood) {
-  if (logLikelihood > -1E-6) matrix::raise(MatrixFailure::Singular);
+  constexpr double highestUnseparated = -0.69;
+  if (logLikelihood > highestUnseparated) matrix::raise(MatrixFailure::Singular);
 }
 
 std::vector<double> along(std::vector<double> b, const std::vector<double>& step, double length) {

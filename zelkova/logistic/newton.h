@@ -55,10 +55,12 @@ struct Maximum {
 namespace newton {
 
 inline constexpr int mostIterations = 100;
-inline constexpr double standsStill = 1E-8;
+inline constexpr double enough = 1E-8;
 
-/// Failure 5012 for a likelihood of 1: the coefficients grow without end, and the information vanishes.
-/// Data that no model separates stay below -ln 2.
+/// Failure 5012 where a model can separate the data perfectly: the coefficients would grow without end
+/// (Albert and Anderson, Biometrika 71, 1984). Where none can, weights of the observations exist under which
+/// the conditions of separation sum to 0, and by the concavity of each log-probability no log-likelihood
+/// comes above -ln 2.
 void refusePerfectSeparation(double logLikelihood);
 
 std::vector<double> along(std::vector<double> b, const std::vector<double>& step, double length);
@@ -66,34 +68,38 @@ std::vector<double> along(std::vector<double> b, const std::vector<double>& step
 }  // namespace newton
 
 /// Climbs from `b` by the steps inverse information times score until the log-likelihood changes by less
-/// than 1E-8, which up to three further steps follow that settle the last digits of the coefficients. A step
-/// that leads down is halved. In all, at most `newton::mostIterations` less `iteration` evaluations; the last
-/// point reached is the answer then. `model.evaluate(b)` answers an `Evaluation`.
+/// than 1E-8. Further steps settle the last digits of the coefficients, as long as each promises less than a
+/// quarter of the gain of the one before: those of data that are separated in part do not, and would only
+/// lead further out. A step that leads down is halved. In all, the likelihood is evaluated at most
+/// `newton::mostIterations` less `iteration` times; the last point reached is the answer then.
+/// `model.evaluate(b)` answers an `Evaluation`.
 template <class Model>
 Maximum maximise(const Model& model, std::vector<double> b, int iteration) {
-  constexpr int furtherSteps = 3;
   constexpr double worthwhileGain = 1E-20;
   Evaluation here = model.evaluate(b);
   checked::finite(here.logLikelihood);
-  for (int still = 0; iteration < newton::mostIterations && still <= furtherSteps; ++iteration) {
+  bool standsStill = false;
+  double lastGain = 0;
+  for (++iteration; iteration < newton::mostIterations; ++iteration) {
     newton::refusePerfectSeparation(here.logLikelihood);
     const std::vector<double> step = Information(here.information).solve(here.score);
     double gain = 0;
     for (std::size_t i = 0; i < step.size(); ++i) gain += step[i] * here.score[i] / 2;
-    if (still > 0 && gain < worthwhileGain) break;
+    if (standsStill && (gain < worthwhileGain || gain > lastGain / 4)) break;
+    lastGain = gain;
 
     const auto leadsDown = [&](const Evaluation& there) {
-      return !(there.logLikelihood >= here.logLikelihood - newton::standsStill);
+      return !(there.logLikelihood >= here.logLikelihood - newton::enough);
     };
     double length = 1;
     Evaluation next = model.evaluate(newton::along(b, step, length));
-    for (; leadsDown(next) && iteration < newton::mostIterations; ++iteration) {
+    for (; leadsDown(next) && iteration + 1 < newton::mostIterations; ++iteration) {
       length /= 2;
       next = model.evaluate(newton::along(b, step, length));
     }
     if (leadsDown(next)) break;
     b = newton::along(std::move(b), step, length);
-    if (still > 0 || std::abs(next.logLikelihood - here.logLikelihood) < newton::standsStill) ++still;
+    standsStill = standsStill || std::abs(next.logLikelihood - here.logLikelihood) < newton::enough;
     here = std::move(next);
   }
   newton::refusePerfectSeparation(here.logLikelihood);
