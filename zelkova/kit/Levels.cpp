@@ -94,16 +94,16 @@ Levels::Levels(std::span<const std::string> texts) {
 }
 
 Levels::Levels(const std::vector<std::span<const double>>& columns) {
-  const auto rowHash = [&](std::size_t i) {
-    std::uint64_t hash = 0;
-    for (const auto& column : columns) hash = mixed(hash ^ order::keyOf(column[i]));
-    return hash;
-  };
+  std::vector<std::uint64_t> hashes(columns.front().size());
+  for (const auto& column : columns) {
+    for (std::size_t i = 0; i < hashes.size(); ++i) hashes[i] = mixed(hashes[i] ^ order::keyOf(column[i]));
+  }
   const auto sameRow = [&](std::size_t i, std::size_t j) {
     return std::all_of(columns.begin(), columns.end(),
                        [&](const auto& column) { return same(column[i], column[j]); });
   };
-  collect(columns.front().size(), rowHash, sameRow);
+  collect(
+      hashes.size(), [&](std::size_t i) { return hashes[i]; }, sameRow);
 }
 
 bool isEvenlySpread(Index n, const Levels& factor1, const Levels& factor2, bool equalCounts,

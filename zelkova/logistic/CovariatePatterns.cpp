@@ -16,6 +16,31 @@ void refuseEmpty(const Variant& value, const char* name) {
   if (value.isNothing()) raise(FailureNumber::TypeMismatch, std::string(name) + " has an empty cell");
 }
 
+/// Keeps the elements at ascending `places`.
+void keep(const std::vector<Index>& places, std::vector<double>& values) {
+  for (std::size_t i = 0; i < places.size(); ++i) values[i] = values[static_cast<std::size_t>(places[i])];
+  values.resize(places.size());
+}
+
+struct Scaling {
+  double centre, unit;
+};
+
+/// The mean to whole units, and the power of two at or below the standard deviation.
+Scaling scalingOf(std::span<const double> values) {
+  const auto [lowest, highest] = std::minmax_element(values.begin(), values.end());
+  const double base = *lowest;
+  const double range = checked::finite(*highest - base);
+  if (range == 0) matrix::raise(MatrixFailure::Singular);
+  const auto n = static_cast<double>(values.size());
+  const auto share = [base, range](double value) { return (value - base) / range; };
+  const double mean = laneSum(values, share) / n;
+  const double square = laneSum(values, [&](double value) { return share(value) * share(value); }) / n;
+  const double sd = range * checked::root(square - mean * mean);
+  const double unit = std::ldexp(1.0, std::ilogb(sd));
+  return {checked::finite(roundHalfEven((base + range * mean) / unit) * unit), unit};
+}
+
 /// The order of rows by their code, rows of one code as they come, and where each code begins.
 struct Grouping {
   std::vector<std::size_t> rows;
@@ -74,26 +99,13 @@ CovariatePatterns::CovariatePatterns(const VariantArray& x, std::size_t n) {
 
   columns_.emplace_back(count, 1.0);
   for (std::vector<double>& column : data) {
-    // Firsts ascend, so no element is overwritten before it is read.
-    for (std::size_t i = 0; i < count; ++i) column[i] = column[static_cast<std::size_t>(firsts[i])];
-    column.resize(count);
-    const auto [lowest, highest] = std::minmax_element(column.begin(), column.end());
-    const double range = checked::finite(*highest - *lowest);
-    if (range == 0) matrix::raise(MatrixFailure::Singular);
-
-    const auto size = static_cast<double>(count);
-    const double base = *lowest;
-    const double mean = laneSum(column, [&](double value) { return (value - base) / size; });
-    const double sd = range * checked::root(laneSum(column, [&](double value) {
-                        const double deviation = (value - base - mean) / range;
-                        return deviation * deviation / size;
-                      }));
-    const double unit = std::ldexp(1.0, std::ilogb(sd));
-    const double centre = roundHalfEven((base + mean) / unit) * unit;
-    for (double& value : column) value = checked::finite((value - centre) / unit);
+    if (count < n) keep(firsts, column);
+    const Scaling scaling = scalingOf(column);
+    for (double& value : column) value = (value - scaling.centre) / scaling.unit;
+    checked::allFinite(column);
     columns_.push_back(std::move(column));
-    centres_.push_back(checked::finite(centre));
-    scales_.push_back(unit);
+    centres_.push_back(scaling.centre);
+    scales_.push_back(scaling.unit);
   }
   codes_ = rows.codes();
 }

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "zelkova/frame/arithmetic.h"
+#include "zelkova/kit/doubleDouble.h"
 #include "zelkova/kit/sums.h"
 
 namespace zelkova {
@@ -76,10 +77,12 @@ std::vector<double> BinaryModel::linearPredictors(const std::vector<double>& b) 
 
 Evaluation BinaryModel::evaluate(const std::vector<double>& b) const {
   Evaluation result(b.size());
+  DoubleDouble logLikelihood;
   patterns_.forBlocks([&](const Block& block) {
     Lane eta;
     Lane weights;
     Lane residuals;
+    double ofBlock = 0;
     linearPredictors(b, block, std::span(eta).first(block.count));
     for (std::size_t i = 0; i < block.count; ++i) {
       const double y = events_[block.first + i];
@@ -89,14 +92,16 @@ Evaluation BinaryModel::evaluate(const std::vector<double>& b) const {
       const double factor = density / fitted.guardedVariance();
       weights[i] = (y + rest) * density * factor;
       residuals[i] = (y * fitted.complement - rest * fitted.p) * factor;
-      if (y > 0) result.logLikelihood += y * logOf(fitted);
-      if (rest > 0) result.logLikelihood += rest * logOf(fitted.opposite());
+      if (y > 0) ofBlock += y * logOf(fitted);
+      if (rest > 0) ofBlock += rest * logOf(fitted.opposite());
     }
+    logLikelihood = logLikelihood + DoubleDouble{ofBlock};
     addProducts(patterns_, block, weights, 0, 0, 0, result.information);
     for (std::size_t j = 0; j < b.size(); ++j) {
       result.score[j] += laneProduct(patterns_.column(j, block), residuals);
     }
   });
+  result.logLikelihood = logLikelihood.rounded();
   return result;
 }
 

@@ -11,8 +11,9 @@
 
 namespace zelkova {
 
-/// What a model knows at a point: the log-likelihood (minus infinity where the point is no model at all), its
-/// gradient, and the information, of which the lower triangle is read.
+/// What a model knows at a point: the log-likelihood, its gradient, and the information, of which the lower
+/// triangle is read. The log-likelihood is not finite where the point is no model at all; elsewhere it is
+/// summed beyond a double's digits, since a fit of millions of rows ends by its last ones.
 struct Evaluation {
   explicit Evaluation(std::size_t coefficients)
       : score(coefficients),

@@ -8,6 +8,7 @@
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/kit/Levels.h"
+#include "zelkova/kit/doubleDouble.h"
 #include "zelkova/kit/matrixSet.h"
 #include "zelkova/kit/sums.h"
 #include "zelkova/logistic/CovariatePatterns.h"
@@ -137,18 +138,21 @@ Evaluation NominalModel::evaluate(const std::vector<double>& b) const {
   Evaluation result(coefficients());
   BlockFit fitted(others_ + 1);
   std::vector<Lane> residuals(others_);
+  DoubleDouble logLikelihood;
   patterns_.forBlocks([&](const Block& block) {
     fit(b, block, fitted);
+    double ofBlock = 0;
     for (std::size_t i = 0; i < block.count; ++i) {
       const double m = counts_.rowsOfPattern(block.first + i);
       for (std::size_t level = 0; level < others_; ++level) {
         residuals[level][i] = -m * fitted.probability[level][i];
       }
       for (const LevelCounts::Cell& cell : counts_.of(block.first + i)) {
-        result.logLikelihood += cell.count * (fitted.eta[cell.level][i] - fitted.logSum[i]);
+        ofBlock += cell.count * (fitted.eta[cell.level][i] - fitted.logSum[i]);
         if (cell.level < others_) residuals[cell.level][i] += cell.count;
       }
     }
+    logLikelihood = logLikelihood + DoubleDouble{ofBlock};
     Lane weights;
     for (std::size_t level = 0; level < others_; ++level) {
       for (std::size_t j = 0; j < blockSize_; ++j) {
@@ -165,6 +169,7 @@ Evaluation NominalModel::evaluate(const std::vector<double>& b) const {
       }
     }
   });
+  result.logLikelihood = logLikelihood.rounded();
   return result;
 }
 

@@ -7,6 +7,7 @@
 
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
+#include "zelkova/kit/doubleDouble.h"
 #include "zelkova/kit/sums.h"
 #include "zelkova/logistic/CovariatePatterns.h"
 #include "zelkova/logistic/links.h"
@@ -109,9 +110,11 @@ Evaluation OrdinalModel::evaluate(const std::vector<double>& b) const {
   std::vector<double> squares(cuts_);
   std::vector<double> neighbours(cuts_);
   std::vector<Lane> mixed(cuts_);
+  DoubleDouble logLikelihood;
   patterns_.forBlocks([&](const Block& block) {
     Lane weights;
     Lane residuals;
+    double ofBlock = 0;
     for (std::size_t i = 0; i < block.count; ++i) {
       const std::size_t g = block.first + i;
       fit(b, slopes[g], fitted);
@@ -121,7 +124,7 @@ Evaluation OrdinalModel::evaluate(const std::vector<double>& b) const {
       residuals[i] = 0;
       for (const LevelCounts::Cell& cell : counts_.of(g)) {
         const double probability = fitted.probability[cell.level];
-        result.logLikelihood +=
+        ofBlock +=
             probability > 0 ? cell.count * std::log(probability) : -std::numeric_limits<double>::infinity();
         const double ratio = cell.count / std::max(probability, probabilityGuard);
         if (cell.level < cuts_) result.score[cell.level] += ratio * f[cell.level + 1];
@@ -141,6 +144,7 @@ Evaluation OrdinalModel::evaluate(const std::vector<double>& b) const {
         mixed[j][i] = f[j + 1] * (precision[j] * slopeOf(j) - precision[j + 1] * slopeOf(j + 1));
       }
     }
+    logLikelihood = logLikelihood + DoubleDouble{ofBlock};
     addProducts(patterns_, block, weights, 1, cuts_, cuts_, result.information);
     for (std::size_t j = 0; j < patterns_.predictors(); ++j) {
       const std::span<const double> x = patterns_.column(j + 1, block);
@@ -151,6 +155,7 @@ Evaluation OrdinalModel::evaluate(const std::vector<double>& b) const {
       }
     }
   });
+  result.logLikelihood = logLikelihood.rounded();
   for (std::size_t j = 0; j < cuts_; ++j) {
     const auto place = static_cast<Index>(j + 1);
     result.information(place, place) = squares[j];
