@@ -159,8 +159,10 @@ DoubleArray goodnessOfFit(WorksheetFunction& host, const BinaryModel& model, con
   setGoodnessRow(host, table, 3, grouped.value, grouped.df);
   if (!isLogit) return table;
   const BrownTest brown(model, fit);
-  setGoodnessRow(host, table, 4, brown.general().value, brown.general().df);
-  setGoodnessRow(host, table, 5, brown.symmetric().value, brown.symmetric().df);
+  const ChiSquare general = brown.general();
+  const ChiSquare symmetric = brown.symmetric();
+  setGoodnessRow(host, table, 4, general.value, general.df);
+  setGoodnessRow(host, table, 5, symmetric.value, symmetric.df);
   return table;
 }
 

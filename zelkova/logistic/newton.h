@@ -71,17 +71,16 @@ std::vector<double> along(std::vector<double> b, const std::vector<double>& step
 /// Climbs from `b` by the steps inverse information times score until the log-likelihood changes by less
 /// than 1E-8. Further steps settle the last digits of the coefficients, as long as each promises less than a
 /// quarter of the gain of the one before: those of data that are separated in part do not, and would only
-/// lead further out. A step that leads down is halved. In all, the likelihood is evaluated at most
-/// `newton::mostIterations` less `iteration` times; the last point reached is the answer then.
-/// `model.evaluate(b)` answers an `Evaluation`.
+/// lead further out. A step that leads down is halved, which counts as another. After 100 steps, of which
+/// `taken` led to `b`, the point reached is the answer. `model.evaluate(b)` answers an `Evaluation`.
 template <class Model>
-Maximum maximise(const Model& model, std::vector<double> b, int iteration) {
+Maximum maximise(const Model& model, std::vector<double> b, int taken) {
   constexpr double worthwhileGain = 1E-20;
   Evaluation here = model.evaluate(b);
   checked::finite(here.logLikelihood);
   bool standsStill = false;
   double lastGain = 0;
-  for (++iteration; iteration < newton::mostIterations; ++iteration) {
+  for (int iteration = taken + 1; iteration <= newton::mostIterations; ++iteration) {
     newton::refusePerfectSeparation(here.logLikelihood);
     const std::vector<double> step = Information(here.information).solve(here.score);
     double gain = 0;
@@ -94,7 +93,7 @@ Maximum maximise(const Model& model, std::vector<double> b, int iteration) {
     };
     double length = 1;
     Evaluation next = model.evaluate(newton::along(b, step, length));
-    for (; leadsDown(next) && iteration + 1 < newton::mostIterations; ++iteration) {
+    for (; leadsDown(next) && iteration < newton::mostIterations; ++iteration) {
       length /= 2;
       next = model.evaluate(newton::along(b, step, length));
     }

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -24,33 +24,37 @@ using Lane = std::array<double, Block::longest>;
 
 /// The levels of a response by their texts, in order of first appearance.
 struct TextLevels {
-  explicit TextLevels(std::span<const Variant> response) {
-    const bool areNumbers =
-        std::all_of(response.begin(), response.end(), [](const Variant& value) { return value.isNumber(); });
-    if (!areNumbers) {
-      std::vector<std::string> all;
-      all.reserve(response.size());
-      for (const Variant& value : response) all.push_back(value.toText());
-      const Levels levels{std::span<const std::string>(all)};
-      for (const Index first : levels.firsts()) texts.push_back(all[static_cast<std::size_t>(first)]);
-      codes = levels.codes();
-      return;
-    }
-    // A text for each distinct number only; numbers of one text are one level.
-    const std::vector<double> values = numbersOf(response, "Y");
-    const Levels numbers{std::span<const double>(values)};
-    std::vector<std::string> all;
-    for (const Index first : numbers.firsts())
-      all.push_back(response[static_cast<std::size_t>(first)].toText());
-    const Levels levels{std::span<const std::string>(all)};
-    for (const Index first : levels.firsts()) texts.push_back(all[static_cast<std::size_t>(first)]);
-    codes.reserve(response.size());
-    for (const Index code : numbers.codes()) codes.push_back(levels.codes()[static_cast<std::size_t>(code)]);
-  }
-
   std::vector<std::string> texts;
   std::vector<Index> codes;
 };
+
+TextLevels levelsOf(const std::vector<std::string>& all) {
+  const Levels levels{std::span<const std::string>(all)};
+  TextLevels result{{}, levels.codes()};
+  for (const Index first : levels.firsts()) result.texts.push_back(all[static_cast<std::size_t>(first)]);
+  return result;
+}
+
+TextLevels levelsOf(std::span<const Variant> response) {
+  std::vector<std::string> texts;
+  if (!std::all_of(response.begin(), response.end(), [](const Variant& y) { return y.isNumber(); })) {
+    texts.reserve(response.size());
+    for (const Variant& y : response) texts.push_back(y.toText());
+    return levelsOf(texts);
+  }
+  // Of numbers, a text for each distinct one is enough; those of one text are one level.
+  const std::vector<double> values = numbersOf(response, "Y");
+  const Levels numbers{std::span<const double>(values)};
+  for (const Index first : numbers.firsts())
+    texts.push_back(Variant(values[static_cast<std::size_t>(first)]).toText());
+  TextLevels result = levelsOf(texts);
+  const std::vector<Index> ofNumbers = std::exchange(result.codes, {});
+  result.codes.reserve(response.size());
+  for (const Index code : numbers.codes()) {
+    result.codes.push_back(ofNumbers[static_cast<std::size_t>(code)]);
+  }
+  return result;
+}
 
 /// Numbers `reference` last, the others from 0 on in their order.
 void setAside(std::size_t reference, TextLevels& levels) {
@@ -201,7 +205,7 @@ void yLogistic::Nominal_regression(const VariantArray& Y, const VariantArray& x,
                                    const std::string& refevent, DoubleArray& regtable, double& loglikelihood,
                                    DoubleArray& GOFtable, StringArray& Yname) const {
   WorksheetFunction& host = worksheetFunction();
-  TextLevels levels(responseOf(Y));
+  TextLevels levels = levelsOf(responseOf(Y));
   const auto reference = std::find(levels.texts.begin(), levels.texts.end(), refevent);
   // deliberate: without a reference each level has coefficients of its own, and any of them could be it.
   if (reference == levels.texts.end()) matrix::raise(MatrixFailure::Singular);

@@ -203,7 +203,7 @@ void yLogistic::Ordinal_regression(const VariantArray& Y, const VariantArray& x,
   }
   const DoubleArray values(response);
   const double lowest = host.Min(values);
-  const double k = checked::finite(host.Max(values) - lowest) + 1;
+  const double k = host.Max(values) - lowest + 1;
   if (k < 3) {
     xlApp->messageBox("The response variable has less than 3 distinct values");
     return;
