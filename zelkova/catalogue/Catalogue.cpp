@@ -141,6 +141,7 @@ Catalogue::Catalogue() : worksheetFunctions_(describeWorksheetFunctions()) {
            describeCapability,
            describeGage,
            describePlots,
+           describeLogistic,
        })
     describeSubject(classes_);
 }

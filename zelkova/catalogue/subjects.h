@@ -11,6 +11,7 @@ void describeFrame(std::vector<Class>& classes);
 void describeKit(std::vector<Class>& classes);
 void describeHypothesis(std::vector<Class>& classes);
 void describeModels(std::vector<Class>& classes);
+void describeLogistic(std::vector<Class>& classes);
 void describeCharts(std::vector<Class>& classes);
 void describeCapability(std::vector<Class>& classes);
 void describeGage(std::vector<Class>& classes);
