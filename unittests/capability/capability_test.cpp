@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "unittests/WithHost.h"
-#include "unittests/charts/pistonRings.h"
+#include "unittests/charts/chartData.h"
 #include "unittests/support.h"
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/numberText.h"

@@ -75,7 +75,10 @@ class Hostile {
                               "1e400", "-1", "nan", "\xC3\xA4", "Weibull", "999999999999999999999"});
   }
 
-  Variant mixed() { return chance(2) ? Variant(number()) : chance(2) ? Variant(text()) : Variant(); }
+  Variant mixed() {
+    if (plainRound_ && !chance(16)) return pick({0.0, 1.0, 2.0});
+    return chance(2) ? Variant(number()) : chance(2) ? Variant(text()) : Variant();
+  }
 
   template <class T, class Draw>
   Array<T> array(Shape shape, Draw draw) {

@@ -3,17 +3,13 @@
 #include <string>
 #include <vector>
 
-#include "unittests/charts/pistonRings.h"
+#include "unittests/charts/chartData.h"
 #include "unittests/support.h"
 #include "zelkova/charts/yControlChart.h"
 #include "zelkova/frame/NoValue.h"
 
 namespace zelkova {
 namespace {
-
-// R's data set Nile, the first 30 years: annual flow in 10^8 m^3.
-const DoubleArray nile{1120, 1160, 963, 1210, 1160, 1160, 813,  1230, 1370, 1140, 995,  935,  1110, 994, 1020,
-                       960,  1180, 799, 958,  1140, 1100, 1210, 1150, 1250, 1260, 1220, 1030, 1100, 774, 840};
 
 struct Options {
   std::string limits = "1";
@@ -35,45 +31,21 @@ struct Chart {
   }
 };
 
-/// Piston rings of which some were lost: subgroups 1, 5, 8 and 17 have 4, 2, 1 and 4 values.
-struct LostRings {
-  DoubleArray y = DoubleArray(116);
-  StringArray sample = StringArray(116);
-  LostRings() {
-    const StringArray samples = inSamples(25, 5);
-    Index rows = 0;
-    for (Index i = 1; i <= 125; ++i) {
-      if (i == 5 || (i >= 23 && i <= 25) || (i >= 36 && i <= 39) || i == 81) continue;
-      ++rows;
-      y(rows) = pistonRings(i);
-      sample(rows) = samples(i);
-    }
-  }
-};
-
-struct Point {
-  Index place;
-  double plotted, centre, sigma;
-};
-
 struct Case {
   const char* type;
   const char* estimate;
   Options options;
-  std::vector<Point> points;
+  Index place;
+  double plotted, centre, sigma;
 };
 
 void expectPoints(const DoubleArray& dy, const StringArray& dx, const std::vector<Case>& cases) {
   for (const Case& c : cases) {
     const Chart chart(c.type, dy, dx, StringArray(dy.rows()), c.estimate, c.options);
-    for (const Point& p : c.points) {
-      EXPECT_TRUE(isClose(chart.y(p.place), p.plotted, 1e-11)) << c.type << " " << p.place;
-      EXPECT_TRUE(isClose(chart.centre(p.place), p.centre, 1e-11)) << c.type << " " << p.place;
-      EXPECT_TRUE(isClose(chart.upper(p.place, 1) - chart.centre(p.place), p.sigma, 1e-9))
-          << c.type << " " << p.place;
-      EXPECT_TRUE(isClose(chart.centre(p.place) - chart.lower(p.place, 1), p.sigma, 1e-9))
-          << c.type << " " << p.place;
-    }
+    const double centre = chart.centre(c.place);
+    const DoubleArray actual{chart.y(c.place), centre, chart.upper(c.place, 1) - centre,
+                             centre - chart.lower(c.place, 1)};
+    EXPECT_TRUE(areClose(actual, {c.plotted, c.centre, c.sigma, c.sigma}, 1e-9)) << c.type << " " << c.place;
   }
 }
 
@@ -83,91 +55,51 @@ void expectPoints(const DoubleArray& dy, const StringArray& dx, const std::vecto
 // chart by its definition.
 TEST(ControlCharts, OfSubgroupsOfUnequalSizes) {
   const LostRings rings;
-  const std::string both = "Average Moving Range>Pooled Std Dev";
-  Options average;
-  average.averageLength = "3";
-  Options weighted;
-  weighted.weight = "0.2";
-  Options between;
-  between.between = " 0.004";
+  const char* const both = "Average Moving Range>Pooled Std Dev";
+  const char* const sbar = "Average Moving Range>Sbar";
+  const Options average{.averageLength = "3"};
+  const Options weighted{.weight = "0.2"};
+  const Options between{.between = " 0.004"};
   const double mean = 74.0011293103448;
-  expectPoints(rings.y, rings.sample,
-               {{"XBAR",
-                 "pooled std dev",
-                 {},
-                 {{1, 74.01075, mean, 0.0049589771587595},
-                  {5, 73.9995, mean, 0.00701305275341608},
-                  {8, 73.988, mean, 0.009917954317519}}},
-                {"RCHART",
-                 "RBar",
-                 {},
-                 {{1, 0.038, 0.0203525863298555, 0.00869260049464543},
-                  {8, NoValue, 0.00988469467210079, 0.00810544963112265}}},
-                {"SCHART",
-                 "SBar",
-                 {},
-                 {{1, 0.0169975488428974, 0.00904084752607182, 0.00381537311396498},
-                  {5, 0.0106066017177986, 0.00782960566095508, 0.00591534442743043}}},
-                {"INDIVIDUAL", "Median Moving Range", {}, {{116, 74.013, mean, 0.00838574423479619}}},
-                {"MA",
-                 "x>sbar",
-                 average,
-                 {{2, 74.005675, mean, 0.0032913635100759},
-                  {6, 73.9993666666667, mean, 0.00310312727643283},
-                  {9, 73.9974, mean, 0.00387027969865487},
-                  {25, 74.0019333333333, mean, 0.00253369281139098}}},
-                {"EWMA",
-                 "x>RBAR",
-                 weighted,
-                 {{1, 74.0030534482759, mean, 0.000988469467210079},
-                  {2, 74.0025627586207, mean, 0.00121545575569872},
-                  {8, 73.9984274597959, mean, 0.00162474323941705},
-                  {25, 74.0016152434644, mean, 0.00164348114359483}}},
-                {"IMRRS1",
-                 both.c_str(),
-                 {},
-                 {{1, 74.01075, mean, 0.00597517730496573}, {8, 73.988, mean, 0.00597517730496573}}},
-                {"IMRRS1", both.c_str(), between, {{1, 74.01075, mean, 0.00597270153020212}}},
-                {"IMRRS2",
-                 both.c_str(),
-                 {},
-                 {{1, NoValue, 0.00674, 0.00509383865248329},
-                  {2, 0.01015, 0.00674, 0.00509383865248329},
-                  {8, 0.012, 0.00674, 0.00509383865248329}}},
-                {"IMRRS3", both.c_str(), {}, {{1, 0.038, 0.0204210679397716, 0.00872184902682621}}},
-                {"IMRRS3",
-                 "Average Moving Range>Sbar",
-                 {},
-                 {{1, 0.0169975488428974, 0.00904084752607182, 0.00381537311396498}}}});
+  const std::vector<Case> cases{
+      {"XBAR", "pooled std dev", {}, 1, 74.01075, mean, 0.0049589771587595},
+      {"XBAR", "pooled std dev", {}, 5, 73.9995, mean, 0.00701305275341608},
+      {"RCHART", "RBar", {}, 1, 0.038, 0.0203525863298555, 0.00869260049464543},
+      {"RCHART", "RBar", {}, 8, NoValue, 0.00988469467210079, 0.00810544963112265},
+      {"SCHART", "SBar", {}, 5, 0.0106066017177986, 0.00782960566095508, 0.00591534442743043},
+      {"INDIVIDUAL", "Median Moving Range", {}, 116, 74.013, mean, 0.00838574423479619},
+      {"MA", "x>sbar", average, 2, 74.005675, mean, 0.0032913635100759},
+      {"MA", "x>sbar", average, 6, 73.9993666666667, mean, 0.00310312727643283},
+      {"MA", "x>sbar", average, 9, 73.9974, mean, 0.00387027969865487},
+      {"EWMA", "x>RBAR", weighted, 1, 74.0030534482759, mean, 0.000988469467210079},
+      {"EWMA", "x>RBAR", weighted, 2, 74.0025627586207, mean, 0.00121545575569872},
+      {"EWMA", "x>RBAR", weighted, 25, 74.0016152434644, mean, 0.00164348114359483},
+      {"IMRRS1", both, {}, 8, 73.988, mean, 0.00597517730496573},
+      {"IMRRS1", both, between, 1, 74.01075, mean, 0.00597270153020212},
+      {"IMRRS2", both, {}, 1, NoValue, 0.00674, 0.00509383865248329},
+      {"IMRRS2", both, {}, 8, 0.012, 0.00674, 0.00509383865248329},
+      {"IMRRS3", both, {}, 1, 0.038, 0.0204210679397716, 0.00872184902682621},
+      {"IMRRS3", sbar, {}, 1, 0.0169975488428974, 0.00904084752607182, 0.00381537311396498},
+  };
+  expectPoints(rings.y, rings.sample, cases);
 }
 
 // Faults: a window lost at the end of a block or while it fills; individual values taken for one subgroup.
 // Expected: R, by the definitions.
 TEST(ControlCharts, OfIndividualValues) {
-  Options average;
-  average.averageLength = "4";
-  Options weighted;
-  weighted.weight = "0.4";
-  weighted.rangeLength = "3";
+  const Options average{.averageLength = "4"};
+  const Options weighted{.rangeLength = "3", .weight = "0.4"};
+  const char* const range = "Average Moving Range>x";
   const double mean = 1078.36666666667;
-  expectPoints(nile, inSamples(30, 1),
-               {{"MA",
-                 "Average Moving Range>x",
-                 average,
-                 {{1, 1120, mean, 128.515529469308},
-                  {2, 1140, mean, 90.8742023755272},
-                  {3, 1081, mean, 74.1984755341522},
-                  {4, 1113.25, mean, 64.2577647346539},
-                  {30, 936, mean, 64.2577647346539}}},
-                {"EWMA",
-                 "Median Moving Range",
-                 weighted,
-                 {{1, 1095.02, mean, 53.5264483627204},
-                  {2, 1121.012, mean, 62.4220291009887},
-                  {30, 926.601559086773, mean, 66.9080604533989}}}});
-  Options three;
-  three.rangeLength = "3";
-  const Chart ranges("MR", nile, {}, StringArray(30), "Average Moving Range", three);
+  const std::vector<Case> cases{
+      {"MA", range, average, 2, 1140, mean, 90.8742023755272},
+      {"MA", range, average, 3, 1081, mean, 74.1984755341522},
+      {"MA", range, average, 30, 936, mean, 64.2577647346539},
+      {"EWMA", "Median Moving Range", weighted, 2, 1121.012, mean, 62.4220291009887},
+      {"EWMA", "Median Moving Range", weighted, 30, 926.601559086773, mean, 66.9080604533989},
+  };
+  expectPoints(nile, inSamples(30, 1), cases);
+  const Chart ranges("MR", nile, {}, StringArray(30), "Average Moving Range", {.rangeLength = "3"});
   EXPECT_EQ(ranges.y(2), NoValue);
   EXPECT_EQ(ranges.y(3), 197);
   EXPECT_NE(ranges.upper(1, 1), NoValue);

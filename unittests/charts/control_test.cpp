@@ -4,7 +4,7 @@
 #include <numbers>
 #include <vector>
 
-#include "unittests/charts/pistonRings.h"
+#include "unittests/charts/chartData.h"
 #include "unittests/support.h"
 #include "zelkova/charts/modzControl.h"
 #include "zelkova/frame/NoValue.h"
@@ -102,42 +102,29 @@ TEST(SubgroupStatistics, OfRunsOfLabels) {
   EXPECT_EQ(failureNumber([&] { GetSubgroupStat(y, {"A", "A", "B"}, "N"); }), 9);
 }
 
-struct Estimates {
-  double pooled, sbar, rbar, average2, average3, median2, median5, averageOfMeans, medianOfMeans;
-};
-
-void expectEstimates(const DoubleArray& y, const StringArray& labels, const Estimates& expected) {
-  EXPECT_TRUE(isClose(SigmaPooled(y, labels), expected.pooled, 1e-11));
-  EXPECT_TRUE(isClose(SigmaSbar(y, labels), expected.sbar, 1e-11));
-  EXPECT_TRUE(isClose(SigmaRbar(y, labels), expected.rbar, 1e-11));
-  EXPECT_TRUE(isClose(SigmaAvgMR(y, 2), expected.average2, 1e-11));
-  EXPECT_TRUE(isClose(SigmaAvgMR(y, 3), expected.average3, 1e-11));
-  EXPECT_TRUE(isClose(SigmaMedianMR(y, 2), expected.median2, 1e-11));
-  EXPECT_TRUE(isClose(SigmaMedianMR(y, 5), expected.median5, 1e-11));
-  EXPECT_TRUE(isClose(SigmaAvgMRMeans(y, labels, 2), expected.averageOfMeans, 1e-11));
-  EXPECT_TRUE(isClose(SigmaMedianMRMeans(y, labels, 3), expected.medianOfMeans, 1e-11));
+void expectEstimates(const DoubleArray& y, const StringArray& labels, const DoubleArray& expected) {
+  const DoubleArray estimates{SigmaPooled(y, labels),
+                              SigmaSbar(y, labels),
+                              SigmaRbar(y, labels),
+                              SigmaAvgMR(y, 2),
+                              SigmaAvgMR(y, 3),
+                              SigmaMedianMR(y, 2),
+                              SigmaMedianMR(y, 5),
+                              SigmaAvgMRMeans(y, labels, 2),
+                              SigmaMedianMRMeans(y, labels, 3)};
+  EXPECT_TRUE(areClose(estimates, expected, 1e-11));
 }
 
 // Faults: c4 at a subgroup's size in the pooled estimate; subgroups weighed alike; a subgroup of one in a sum
 // or a moving range; means of other sizes in a moving range; a window lost at a block's end. Expected: R, by
 // the definitions (sd, diff(range(x)), weights c4^2 / (1 - c4^2) and d2^2 / d3^2, means of the 5s only).
 TEST(SigmaEstimators, OfPistonRings) {
-  const StringArray samples = inSamples(25, 5);
-  expectEstimates(pistonRings, samples,
+  expectEstimates(pistonRings, inSamples(25, 5),
                   {0.01005084056589244, 0.00999959987248473, 0.00999140154772146, 0.00974462365591438,
                    0.00999332497755039, 0.00943396226415130, 0.00974745237040566, 0.00559988179669143,
                    0.00491183879093397});
-  // As if some measurements were lost: subgroups of 4, 2, 1 and 4 among those of 5.
-  DoubleArray left(116);
-  StringArray labels(116);
-  Index rows = 0;
-  for (Index i = 1; i <= 125; ++i) {
-    if (i == 5 || (i >= 23 && i <= 25) || (i >= 36 && i <= 39) || i == 81) continue;
-    ++rows;
-    left(rows) = pistonRings(i);
-    labels(rows) = samples(i);
-  }
-  expectEstimates(left, labels,
+  const LostRings left;
+  expectEstimates(left.y, left.sample,
                   {0.00991795431751900, 0.00981295006292270, 0.00988469467210079, 0.00918131359852057,
                    0.00964238712552277, 0.00838574423479619, 0.00952591936198635, 0.00597517730496573,
                    0.00591939546600354});

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "unittests/charts/pistonRings.h"
+#include "unittests/charts/chartData.h"
 #include "unittests/support.h"
 #include "zelkova/charts/yControlChart.h"
 #include "zelkova/frame/NoValue.h"
@@ -25,7 +25,8 @@ struct ZoneChart {
 const std::string estimates = "Average Moving Range>Pooled Std Dev";
 
 // Faults: a border in the outer zone; the centre on the upper side, or taken for a crossing; a sum that
-// starts from the wrong score. Expected: by hand, with mean 0 and sigma 1 and the scores 1, 2, 4, 8.
+// starts from the wrong score or goes on after a reset; a reset at the point that signals. Expected: by hand,
+// with mean 0 and sigma 1 and the scores 1, 2, 4, 8.
 TEST(ZoneChart, ScoresMeansByZone) {
   const DoubleArray y{1, 2, 2.1, 3.1, 0, -1, -3, -3.1, 0.5};
   const ZoneChart chart(y, inSamples(9, 1), StringArray(9), "", false, "0", "1", 1);
@@ -40,24 +41,18 @@ TEST(ZoneChart, ScoresMeansByZone) {
   const ZoneChart means({1.2, 1.2, 1.2, 1.2, -0.5, -0.5, -0.5, -0.5}, inSamples(2, 4), StringArray(8), "",
                         false, "0", "1");
   EXPECT_EQ(means.y, (DoubleArray{2.5, -0.5}));
-}
 
-// Faults: a sum that goes on after a reset, or a reset at the point that signals. Expected: by hand.
-TEST(ZoneChart, ResetsAfterASignal) {
-  const DoubleArray y(8, 1.1);
-  const ZoneChart on(y, inSamples(8, 1), StringArray(8), "", false, "0", "1");
+  const DoubleArray level(8, 1.1);
+  const ZoneChart on(level, inSamples(8, 1), StringArray(8), "", false, "0", "1");
   EXPECT_EQ(on.sums, (DoubleArray{2, 4, 6, 8, 10, 12, 14, 16}));
   EXPECT_EQ(on.failed, (DoubleArray{NoValue, NoValue, NoValue, 1.5, 1.5, 1.5, 1.5, 1.5}));
-  const ZoneChart reset(y, inSamples(8, 1), StringArray(8), "", true, "0", "1");
+  const ZoneChart reset(level, inSamples(8, 1), StringArray(8), "", true, "0", "1");
   EXPECT_EQ(reset.sums, (DoubleArray{2, 4, 6, 8, 2, 4, 6, 8}));
 }
 
 // Faults: the wrong one of the two estimates; sums across a phase; positions for a phase without sigma; names
 // that ignore case. Expected: R, the zones of Nile[1:30] by mean(abs(diff(x))) / 1.128.
 TEST(ZoneChart, EstimatesSigma) {
-  const DoubleArray nile{1120, 1160, 963,  1210, 1160, 1160, 813,  1230, 1370, 1140,
-                         995,  935,  1110, 994,  1020, 960,  1180, 799,  958,  1140,
-                         1100, 1210, 1150, 1250, 1260, 1220, 1030, 1100, 774,  840};
   const ZoneChart chart(nile, inSamples(30, 1), StringArray(30), estimates, false, "", "");
   EXPECT_EQ(chart.sums, (DoubleArray{0, 0, 0, 2, 2, 2, 4, 2, 6, 6, 0, 2, 0, 0, 0,
                                      0, 0, 4, 4, 0, 0, 2, 2, 4, 6, 8, 0, 0, 4, 6}));
@@ -95,49 +90,32 @@ const DoubleArray sizes{10.1, 10.4, 9.9, 10.6, 50.2, 51.0, 49.5, 9.7, 10.3, 80};
 const StringArray parts{"A", "A", "A", "A", "B", "B", "B", "A", "A", "C"};
 
 // Faults: moving ranges across groups; a part's sigma from all parts; values instead of logarithms; groups by
-// the wrong rule. Expected: R, (y - ave(y, g)) / s with s the mean of abs(diff()) within the groups
-// over 1.128, of all groups or of the part's.
+// the wrong rule; lines not those of a sigma of 1; a bound for one chart only. Expected: R, (y - ave(y, g)) /
+// s with s the mean of abs(diff()) within the groups over 1.128, of all groups or of the part's.
 TEST(ShortRuns, AreStandardised) {
-  struct Case {
-    const char* group;
-    const char* sigma;
-    std::vector<double> z;
-  };
-  const std::vector<Case> cases{
-      {"By runs",
-       "Constant",
-       {-0.2307272727273, 0.2307272727273, -0.5383636363636, 0.5383636363636, -0.05127272727272,
-        1.179272727273, -1.128, -0.4614545454545, 0.4614545454545, 0}},
-      {"By parts",
-       "Constant",
-       {-0.09932075471698, 0.3476226415094, -0.3972830188679, 0.6455849056604, -0.04966037735849,
-        1.142188679245, -1.092528301887, -0.6952452830189, 0.198641509434, 0}},
-      {"By runs",
-       "Relative to size",
-       {-0.3139984882809, 0.3243851370371, -0.7502106972664, 0.7398240485101, -0.02912000089996, 0.752,
-        -0.7228799991, -0.654492897301, 0.654492897301, 0}},
-      {"By parts",
-       "Relative to size",
-       {-0.1169796915613, 0.4414816017066, -0.4985803854198, 0.8049097075879, -0.02912000089996, 0.752,
-        -0.7228799991, -0.8879693837745, 0.2571381514611, 0}},
-  };
-  for (const Case& c : cases) {
-    const ShortRun chart(sizes, parts, c.group, c.sigma);
-    for (Index i = 1; i <= 10; ++i) {
-      EXPECT_NEAR(chart.z(i), c.z[static_cast<std::size_t>(i - 1)], 1e-11) << c.group << " " << i;
-    }
-    const bool byParts = c.group == std::string("By parts");
+  const auto expectChart = [](const char* group, const char* sigma, const std::vector<double>& z) {
+    const ShortRun chart(sizes, parts, group, sigma);
+    for (Index i = 1; i <= 10; ++i) EXPECT_NEAR(chart.z(i), z[static_cast<std::size_t>(i - 1)], 1e-9) << i;
     for (const Index first : {1, 5, 10}) EXPECT_EQ(chart.ranges(first), NoValue);
     EXPECT_TRUE(isClose(chart.ranges(6), chart.z(6) - chart.z(5)));
     // By parts the moving range of row 8 reaches back to row 4.
+    const bool byParts = group == std::string("By parts");
     EXPECT_EQ(chart.ranges(8), byParts ? std::abs(chart.z(8) - chart.z(4)) : NoValue);
     EXPECT_EQ(chart.phaseX, (DoubleArray{0.4, 0.4, 0.4, 0.7, 0.7, 0.7, 0.9, 0.9, 0.9}));
-  }
-}
-
-// Faults: lines not those of a sigma of 1; a bound for one chart only. Expected: by hand, d2 = 1.128 and d3 =
-// 0.8525.
-TEST(ShortRuns, HaveTheLinesOfStandardisedValues) {
+  };
+  expectChart("By runs", "Constant",
+              {-0.2307272727, 0.2307272727, -0.5383636364, 0.5383636364, -0.0512727273, 1.1792727273, -1.128,
+               -0.4614545455, 0.4614545455, 0});
+  expectChart("By parts", "Constant",
+              {-0.0993207547, 0.3476226415, -0.3972830189, 0.6455849057, -0.0496603774, 1.1421886792,
+               -1.0925283019, -0.6952452830, 0.1986415094, 0});
+  expectChart("By runs", "Relative to size",
+              {-0.3139984883, 0.3243851370, -0.7502106973, 0.7398240485, -0.0291200009, 0.752, -0.7228799991,
+               -0.6544928973, 0.6544928973, 0});
+  expectChart("By parts", "Relative to size",
+              {-0.1169796916, 0.4414816017, -0.4985803854, 0.8049097076, -0.0291200009, 0.752, -0.7228799991,
+               -0.8879693838, 0.2571381515, 0});
+  // The lines are those of a sigma of 1: d2 = 1.128, d3 = 0.8525; the bound of -2.5 is for both charts.
   const ShortRun chart(sizes, parts, "By runs", "Constant");
   EXPECT_EQ(chart.x(10), 10);
   EXPECT_EQ(chart.centre(1), 0);

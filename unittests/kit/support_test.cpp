@@ -6,6 +6,7 @@
 
 #include "unittests/WithHost.h"
 #include "unittests/support.h"
+#include "zelkova/kit/binCounts.h"
 #include "zelkova/kit/modzSort.h"
 #include "zelkova/kit/modzStat.h"
 #include "zelkova/kit/modzSupport.h"
@@ -161,6 +162,21 @@ TEST_F(ScalesTest, HistogramBinsHoldTheDataOrFail) {
   EXPECT_EQ(failureNumber([] { GetHistogramBins({-1.79e308, -1e308}); }), 6);
   EXPECT_EQ(failureNumber([] { GetHistogramBins({1, std::nan(""), 2}); }), 6);
   EXPECT_EQ(failureNumber([] { GetHistogramBins(DoubleArray()); }), 9);
+}
+
+// Fault: a value on a boundary in the lower interval; a search that misses an interval at some number of
+// them. Expected: by hand.
+TEST(BinCounts, GiveBoundariesToTheUpperInterval) {
+  std::vector<double> midpoints, values, expected;
+  for (double n = 1; n <= 20; ++n) {
+    midpoints.push_back(n * n);
+    values.insert(values.end(), static_cast<std::size_t>(n), n * n - n + 0.5);
+    expected.push_back(n);
+    EXPECT_EQ(binCounts(midpoints, values), expected);
+  }
+  EXPECT_EQ(failureNumber([&] { binCounts(std::vector<double>{2, 1}, values); }), 5);
+  EXPECT_EQ(failureNumber([&] { binCounts(std::vector<double>{-1e308, 1e308}, values); }), 6);
+  EXPECT_EQ(failureNumber([&] { binCounts({}, values); }), 9);
 }
 
 // Fault: an axis that leaves data out, has too few or too many steps, or steps that nobody can read; a zero

@@ -6,6 +6,7 @@
 #include "zelkova/capability/yCapability.h"
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
+#include "zelkova/kit/binCounts.h"
 #include "zelkova/kit/modzSupport.h"
 #include "zelkova/kit/sums.h"
 
@@ -21,17 +22,6 @@ DoubleArray binsOf(std::span<const double> y, double low, double high) {
   covered.push_back(low);
   covered.push_back(high);
   return GetHistogramBins(DoubleArray(std::move(covered)));
-}
-
-/// The number of values in each bin; a value on an edge belongs to the bin above it.
-DoubleArray countsOf(std::span<const double> y, const DoubleArray& bins) {
-  std::vector<double> edges;
-  for (Index j = 1; j < bins.rows(); ++j) edges.push_back(bins(j) + (bins(j + 1) - bins(j)) / 2);
-  DoubleArray counts(bins.rows());
-  for (const double x : y) {
-    ++counts(std::upper_bound(edges.begin(), edges.end(), x) - edges.begin() + 1);
-  }
-  return counts;
 }
 
 /// The normal density at the midpoints, scaled to add up to `n`. Deliberate: no value where it would be drawn
@@ -88,7 +78,7 @@ void yCapability::CapabilityChartoutput(const DoubleArray& dy, const StringArray
   }
   DoubleArray bins = binsOf(y, low, high);
 
-  DoubleArray counts = countsOf(y, bins);
+  DoubleArray counts(binCounts(bins.elements(), y));
   DoubleArray within = curveOf(bins, n, dMean, dSD1, worksheetFunction());
   DoubleArray overall = curveOf(bins, n, dMean, dSD2, worksheetFunction());
   DoubleArray lowerX = markerOf(lower, bins);

@@ -141,6 +141,8 @@ Catalogue::Catalogue() : worksheetFunctions_(describeWorksheetFunctions()) {
            describeCapability,
            describeGage,
            describeReliability,
+           describePlots,
+           describeLogistic,
        })
     describeSubject(classes_);
 }

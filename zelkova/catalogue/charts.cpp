@@ -10,8 +10,8 @@ void describeCharts(std::vector<Class>& classes) {
 
   const char* const testRules =
       "A mark stands at the last point of its pattern. No pattern crosses a phase (the point before the "
-      "first "
-      "step of test 3 or 4 may lie in the one before), and one with an empty point or line does not signal, "
+      "first step of test 3 or 4 may lie in the one before), and one with an empty point or line does not "
+      "signal, "
       "but for test 3, which looks at its last point only. A point on the centre line counts with both sides "
       "in test 2. Tests 5 and 6 want all k + 1 points on one side of the centre line, the last of them among "
       "the far ones.";
@@ -78,7 +78,8 @@ void describeCharts(std::vector<Class>& classes) {
               "for a pooled estimate of subgroups of 10 or more, else R chart).")
           .note(
               "Sigma estimates are compared ignoring case, but exactly for IMRRS1 to 3. A name that is none "
-              "makes sigma 0: the limits lie on the centre line. An XBAR phase without a subgroup of two "
+              "makes sigma 0, and so does Sbar for RCHART and Rbar for SCHART: the limits lie on the centre "
+              "line. An XBAR phase without a subgroup of two "
               "values takes the average moving range of 2, an RCHART or SCHART phase has no lines then.")
           .note(
               "The tests for special causes see the lines at one sigma, whatever multipliers and bounds are "
@@ -90,8 +91,7 @@ void describeCharts(std::vector<Class>& classes) {
               data, Note("dx", "the subgroup of each row, a run of equal texts"), phases,
               Note("SigmaType",
                    "two estimates joined by >, compared exactly: Average or Median Moving Range for "
-                   "subgroups of "
-                   "one value, Pooled Std Dev, Sbar or Rbar for all others"),
+                   "subgroups of one value, Pooled Std Dev, Sbar or Rbar for all others"),
               Note("MRLength", "length of the moving range, for subgroups of one value"),
               Note("ResetScore", "whether a sum that has reached Zone4 begins anew"),
               Note("Zone1", "the score within 1 sigma of a mean"), Note("Zone2", "from 1 to 2 sigma"),
@@ -131,8 +131,7 @@ void describeCharts(std::vector<Class>& classes) {
               Note("HistSD", "historical sigma of each part in the same order; may be empty"))
           .note("The points stand in the order of the rows, with a divider wherever the part changes. Moving "
                 "ranges never cross a group: by parts, the one of a row reaches back to the part's earlier "
-                "rows "
-                "wherever they stand.")
+                "rows wherever they stand.")
           .note(
               "Constant: sigma is the mean of the moving ranges of all groups over d2. Relative to size: the "
               "same for each part on its own, from the logarithms. Historical values are in the units "

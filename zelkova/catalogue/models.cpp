@@ -2,6 +2,7 @@
 #include "zelkova/catalogue/subjects.h"
 #include "zelkova/models/yANOVA1.h"
 #include "zelkova/models/yANOVA2.h"
+#include "zelkova/models/yBoxCox.h"
 #include "zelkova/models/yGLM.h"
 #include "zelkova/models/yRegression.h"
 
@@ -219,10 +220,42 @@ Class generalLinearModel() {
       .done();
 }
 
+Class boxCox() {
+  return Description<yBoxCox>("yBoxCox", "Box-Cox power transformation")
+      .method("BoxcoxOutput", &yBoxCox::BoxcoxOutput, "The power that comes closest to a constant spread",
+              Note("dy", "the data, all positive"),
+              Note("dx",
+                   "the subgroup of each value, equal texts wherever they stand; where no text occurs twice, "
+                   "the data are individual values"),
+              Note("Transform", "true asks for Transformed"),
+              Note("SpecifyLamda", "the power of Transformed, read as a number; blank for lambda"),
+              Note("lambda", "the power of the smallest spread tried"),
+              Note("MinimumSD", "that spread, in the units of the data"),
+              Note("CISD", "the limit of the spread"),
+              Note("LambdaLower", "the power below lambda at that limit"),
+              Note("LambdaUpper", "the power above lambda at that limit"),
+              Note("DataX", "the powers tried, ascending"), Note("DataY", "the spread at each"),
+              Note("Transformed", "the data to the power, or their natural logarithms for a power of 0"))
+      .note(
+          "The spread is that of y^lambda / (lambda g^(lambda - 1)), g ln y for 0, with g the geometric "
+          "mean. "
+          "Subgroups: the pooled standard deviation over c4; individual values: the mean moving range of two "
+          "over 1.128.")
+      .note(
+          "CISD is MinimumSD plus t/m, with t the 0.975 quantile of t at the m degrees of freedom of the "
+          "spread: n less the number of subgroups, or n - 1. The powers at the limit are linear between the "
+          "points of the curve; where the curve stays below the limit they are its end.")
+      .note(
+          "The search walks in steps of 1 from 5, then halves the steps, until neighbouring spreads differ "
+          "by "
+          "at most 0.002, in the units of the data: data in very small units want a larger scale first.")
+      .done();
+}
+
 }  // namespace
 
 void describeModels(std::vector<Class>& classes) {
-  for (const auto& describeClass : {regression, oneWay, twoWay, generalLinearModel}) {
+  for (const auto& describeClass : {regression, oneWay, twoWay, generalLinearModel, boxCox}) {
     classes.push_back(describeClass());
   }
 }

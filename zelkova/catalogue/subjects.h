@@ -11,10 +11,12 @@ void describeFrame(std::vector<Class>& classes);
 void describeKit(std::vector<Class>& classes);
 void describeHypothesis(std::vector<Class>& classes);
 void describeModels(std::vector<Class>& classes);
+void describeLogistic(std::vector<Class>& classes);
 void describeCharts(std::vector<Class>& classes);
 void describeCapability(std::vector<Class>& classes);
 void describeGage(std::vector<Class>& classes);
 void describeReliability(std::vector<Class>& classes);
+void describePlots(std::vector<Class>& classes);
 
 /// The host's functions under their own names.
 Class describeWorksheetFunctions();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -29,16 +30,15 @@ class LineCollector {
   /// lines without a value.
   template <class At>
   void add(std::span<const double> plotted, double sigma, At lineAt) {
-    const std::size_t first = centre_.size();
     plotted_.insert(plotted_.end(), plotted.begin(), plotted.end());
-    for (std::vector<double>* line : {&centre_, &lower_, &upper_}) line->resize(plotted_.size(), NoValue);
-    if (sigma == NoValue) return;
-    for (std::size_t i = 0; i < plotted.size(); ++i) {
-      const LineAt line = lineAt(i);
-      centre_[first + i] = line.centre;
-      lower_[first + i] = line.centre - line.distance;
-      upper_[first + i] = line.centre + line.distance;
-    }
+    addLines(sigma, lineAt);
+  }
+
+  /// The same for `count` points that next() gives one by one.
+  template <class Next, class At>
+  void add(std::size_t count, Next next, double sigma, At lineAt) {
+    for (std::size_t i = 0; i < count; ++i) plotted_.push_back(next());
+    addLines(sigma, lineAt);
   }
 
   Index points() const noexcept { return static_cast<Index>(plotted_.size()); }
@@ -50,6 +50,28 @@ class LineCollector {
   DoubleArray takeCentre() { return DoubleArray(std::move(centre_)); }
 
  private:
+  /// The lines of all points that have none yet.
+  template <class At>
+  void addLines(double sigma, At lineAt) {
+    const std::size_t first = centre_.size();
+    const auto lengthen = [this](std::size_t points) {
+      for (std::vector<double>* line : {&centre_, &lower_, &upper_}) line->resize(points, NoValue);
+    };
+    if (sigma == NoValue) return lengthen(plotted_.size());
+    // In pieces that are still in the cache when they get their values.
+    constexpr std::size_t piece = 512;
+    for (std::size_t begin = first; begin < plotted_.size(); begin += piece) {
+      const std::size_t end = std::min(begin + piece, plotted_.size());
+      lengthen(end);
+      for (std::size_t i = begin; i < end; ++i) {
+        const LineAt line = lineAt(i - first);
+        centre_[i] = line.centre;
+        lower_[i] = line.centre - line.distance;
+        upper_[i] = line.centre + line.distance;
+      }
+    }
+  }
+
   std::vector<double> plotted_, centre_, lower_, upper_;
   std::vector<Index> phaseStarts_;
 };

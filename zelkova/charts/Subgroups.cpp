@@ -10,6 +10,20 @@
 
 namespace zelkova::control {
 
+namespace {
+
+/// Whether two labels are equal. Most have a few letters, which are compared sooner than a call is made.
+bool isSame(const std::string& a, const std::string& b) {
+  constexpr std::size_t few = 8;
+  if (a.size() != b.size()) return false;
+  if (a.size() > few) return a == b;
+  std::size_t i = 0;
+  while (i < a.size() && a[i] == b[i]) ++i;
+  return i == a.size();
+}
+
+}  // namespace
+
 Subgroups::Subgroups(std::span<const double> y, std::span<const std::string> labels)
     : y_(y), starts_(runStarts(labels, y.size())) {
   const auto groups = static_cast<Index>(starts_.size());
@@ -51,7 +65,7 @@ std::vector<Index> runStarts(std::span<const std::string> labels, std::size_t n)
   if (labels.size() < n) raise(FailureNumber::OutOfRange, "there are fewer labels than values");
   std::vector<Index> starts;
   for (std::size_t row = 0; row < n; ++row) {
-    if (row == 0 || labels[row] != labels[row - 1]) starts.push_back(static_cast<Index>(row));
+    if (row == 0 || !isSame(labels[row], labels[row - 1])) starts.push_back(static_cast<Index>(row));
   }
   return starts;
 }

@@ -45,6 +45,9 @@ class Flags {
     return a;
   }
 
+  bool operator[](std::size_t i) const { return (words_[i / bits] >> (i % bits) & 1) != 0; }
+  void clear(std::size_t i) { words_[i / bits] &= ~(std::uint64_t{1} << (i % bits)); }
+
   /// Each flag moved `places` later.
   Flags later(Index places) const {
     Flags result = *this;
@@ -111,8 +114,16 @@ Windows windowsOf(const Flags& flag, Index k) {
   return result.value_or(Windows{always, always});
 }
 
-/// Whether the flag is set at all `k` places that end at a position.
-Flags inARow(const Flags& flag, Index k) { return windowsOf(flag, k).all; }
+/// Whether the flag is set at all `k` places that end at a position; always for a `k` of 0.
+Flags inARow(const Flags& flag, Index k) {
+  if (k == 0) return flag | ~flag;
+  Flags result = flag;
+  Index length = 1;
+  for (; 2 * length <= k; length *= 2) result &= result.later(length);
+  // The two pieces may overlap.
+  if (length < k) result &= result.later(k - length);
+  return result;
+}
 
 /// The eight tests over one chart, each a formula on flags.
 class Tests {
@@ -139,7 +150,7 @@ class Tests {
       case 7:
         return inPhase(usable_ & ~(overOne_ | underOne_), k);
       default:
-        return inPhase(usable_ & ((above_ & overOne_) | (below_ & underOne_)), k);
+        return inPhase(usable_ & outside(), k);
     }
   }
 
@@ -150,9 +161,9 @@ class Tests {
   }
 
   Flags everywhereBut(const std::vector<Index>& places) const {
-    std::vector<bool> listed(chart_.plotted.size());
-    for (const Index place : places) listed[static_cast<std::size_t>(place)] = true;
-    return where([&](std::size_t i) { return !listed[i]; });
+    Flags others = where([](std::size_t) { return true; });
+    for (const Index place : places) others.clear(static_cast<std::size_t>(place));
+    return others;
   }
 
   /// `flag` at all `k` places that end at a position, none of which but the first begins a phase.
@@ -169,6 +180,16 @@ class Tests {
     return where([this, k](std::size_t i) {
       const double centre = chart_.centre[i];
       return chart_.plotted[i] < centre - k * (centre - chart_.lower[i]);
+    });
+  }
+
+  /// Points beyond the one-sigma line of their side, by the line as it stands: one exactly on it is within,
+  /// whatever the rounding of a distance.
+  Flags outside() const {
+    return where([this](std::size_t i) {
+      const double y = chart_.plotted[i];
+      return ((y > chart_.centre[i]) & (y > chart_.upper[i])) |
+             ((y < chart_.centre[i]) & (y < chart_.lower[i]));
     });
   }
 
@@ -215,19 +236,38 @@ std::optional<Index> parameterOf(std::string_view text, int test) {
   return k;
 }
 
+/// Where a test signals, and the digit of its mark.
+struct Signals {
+  char digit;
+  Flags flags;
+};
+
 }  // namespace
 
 StringArray failedTests(const ChartLines& chart, const std::vector<Index>& phaseStarts,
                         const TestParameters& parameters) {
   const std::size_t n = chart.plotted.size();
   const Tests tests(chart, phaseStarts);
-  std::vector<std::string> marks(n);
+  std::vector<Signals> signals;
+  Flags any = Flags(n, [](std::size_t) { return false; });
   for (int test = 1; test <= 8; ++test) {
     const std::optional<Index> k = parameterOf(parameters[static_cast<std::size_t>(test - 1)], test);
     if (!k) continue;
-    const std::array<char, 3> mark{'#', static_cast<char>('0' + test), '#'};
-    tests.run(test, *k).forEach(n, [&](std::size_t i) { marks[i].append(mark.data(), mark.size()); });
+    signals.push_back({static_cast<char>('0' + test), tests.run(test, *k)});
+    any |= signals.back().flags;
   }
+
+  // All tests at once: on a chart of a million points the marks are far larger than the flags.
+  std::vector<std::string> marks(n);
+  any.forEach(n, [&](std::size_t i) {
+    std::array<char, 3 * 8> text{};
+    std::size_t length = 0;
+    for (const Signals& signal : signals) {
+      if (!signal.flags[i]) continue;
+      for (const char c : {'#', signal.digit, '#'}) text[length++] = c;
+    }
+    marks[i].assign(text.data(), length);
+  });
   return StringArray(std::move(marks));
 }
 

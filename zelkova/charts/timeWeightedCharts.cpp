@@ -52,25 +52,27 @@ void addMovingAverages(const Series& series, double length, LineCollector& chart
 
 void addEWMA(const Series& series, double weight, LineCollector& chart) {
   if (!(weight >= 0 && weight <= 1)) raise(FailureNumber::InvalidCall, "a weight must lie from 0 to 1");
-  std::vector<double> plotted;
-  plotted.reserve(series.values.size());
   double z = series.centre;
-  for (const double mean : series.values) {
-    z += weight * (mean - z);
-    plotted.push_back(z);
-  }
+  const auto average = [&, value = series.values.begin()]() mutable {
+    z += weight * (*value++ - z);
+    return z;
+  };
 
   const double decay = (1 - weight) * (1 - weight);
   double power = 1;
   double sum = 0;
-  chart.add(plotted, series.sigma, [&](std::size_t i) {
+  LineAt line{series.centre, 0};
+  const auto lineAt = [&](std::size_t i) {
+    if (power == 0) return line;
     // Deliberate: the latest power goes with the latest size, although the oldest point weighs least.
     sum += series.sizes.empty() ? power : power / series.sizes[i];
+    line.distance = series.sigma * weight * std::sqrt(sum);
     power *= decay;
     // Numbers this small change no sum, and the processor is slow on those smaller still.
     if (power < 1e-300) power = 0;
-    return LineAt{series.centre, series.sigma * weight * std::sqrt(sum)};
-  });
+    return line;
+  };
+  chart.add(series.values.size(), average, series.sigma, lineAt);
 }
 
 /// Builds the series of a phase and hands it to `add`.

@@ -23,9 +23,10 @@ class yControlChart {
   /// `FailedTest` the tests for special causes that signal, with the parameters `kvar1` to `kvar8` (see
   /// yControlTest). `EstimateType` names the estimate of sigma, ignoring case; for moving averages and the
   /// charts of a between/within study it is two names joined by ">", those of the moving range and of the
-  /// subgroups. A name that is none makes sigma 0. What cannot be computed is `NoValue`. Further failures: 5
-  /// for an unknown chart type, a negative sample size and a negative binomial or Poisson variance, 11 for a
-  /// sample size of 0.
+  /// subgroups. A name that is none makes sigma 0; so does Sbar on an R chart, and Rbar on an S chart. What
+  /// cannot be computed is `NoValue`. Further failures: 5 for an unknown chart type, a negative sample size,
+  /// a negative binomial or Poisson variance and a weight outside 0 to 1, 9 for a length below 1 and where
+  /// two names are needed and there is one, 11 for a sample size of 0.
   void ControlChartOutput(const std::string& ChartType, const DoubleArray& dy, const StringArray& dx,
                           const StringArray& dp, DoubleArray& DataX, DoubleArray& DataY, DoubleArray& CCL,
                           DoubleArray& LCL, DoubleArray& UCL, DoubleArray& PhaseX, DoubleArray& PhaseY,

@@ -48,13 +48,14 @@ class LevelTable {
   std::vector<Slot> slots_ = std::vector<Slot>(64);
 };
 
-std::uint64_t hashOf(double x) {
+std::uint64_t mixed(std::uint64_t bits) {
   // The bits of round numbers differ in a few high places only: mix them down (finalizer of MurmurHash3).
-  std::uint64_t bits = order::keyOf(x);
   bits = (bits ^ (bits >> 33)) * 0xFF51AFD7ED558CCDULL;
   bits = (bits ^ (bits >> 33)) * 0xC4CEB9FE1A85EC53ULL;
   return bits ^ (bits >> 33);
 }
+
+std::uint64_t hashOf(double x) { return mixed(order::keyOf(x)); }
 
 std::uint64_t hashOf(const std::string& text) { return std::hash<std::string_view>()(text); }
 
@@ -64,25 +65,46 @@ bool same(const std::string& a, const std::string& b) { return a == b; }
 
 }  // namespace
 
-template <class T>
-void Levels::collect(std::span<const T> values) {
+template <class Hash, class Same>
+void Levels::collect(std::size_t n, Hash hashAt, Same sameAt) {
   LevelTable table;
-  codes_.reserve(values.size());
-  for (const T& value : values) {
-    Index level = table.findOrEnter(hashOf(value), count(), [&](Index known) {
-      return same(values[static_cast<std::size_t>(firsts_[static_cast<std::size_t>(known)])], value);
+  codes_.reserve(n);
+  for (std::size_t i = 0; i < n; ++i) {
+    Index level = table.findOrEnter(hashAt(i), count(), [&](Index known) {
+      return sameAt(static_cast<std::size_t>(firsts_[static_cast<std::size_t>(known)]), i);
     });
     if (level == LevelTable::none) {
       level = count();
-      firsts_.push_back(static_cast<Index>(codes_.size()));
+      firsts_.push_back(static_cast<Index>(i));
     }
     codes_.push_back(level);
   }
 }
 
-Levels::Levels(std::span<const double> values) { collect(values); }
+Levels::Levels(std::span<const double> values) {
+  collect(
+      values.size(), [&](std::size_t i) { return hashOf(values[i]); },
+      [&](std::size_t i, std::size_t j) { return same(values[i], values[j]); });
+}
 
-Levels::Levels(std::span<const std::string> texts) { collect(texts); }
+Levels::Levels(std::span<const std::string> texts) {
+  collect(
+      texts.size(), [&](std::size_t i) { return hashOf(texts[i]); },
+      [&](std::size_t i, std::size_t j) { return same(texts[i], texts[j]); });
+}
+
+Levels::Levels(const std::vector<std::span<const double>>& columns) {
+  std::vector<std::uint64_t> hashes(columns.front().size());
+  for (const auto& column : columns) {
+    for (std::size_t i = 0; i < hashes.size(); ++i) hashes[i] = mixed(hashes[i] ^ order::keyOf(column[i]));
+  }
+  const auto sameRow = [&](std::size_t i, std::size_t j) {
+    return std::all_of(columns.begin(), columns.end(),
+                       [&](const auto& column) { return same(column[i], column[j]); });
+  };
+  collect(
+      hashes.size(), [&](std::size_t i) { return hashes[i]; }, sameRow);
+}
 
 bool isEvenlySpread(Index n, const Levels& factor1, const Levels& factor2, bool equalCounts,
                     bool replicates) {

@@ -15,6 +15,9 @@ class Levels {
   explicit Levels(std::span<const double> values);
   explicit Levels(std::span<const std::string> texts);
 
+  /// The distinct rows of a table: `columns` are of equal length, and there is at least one.
+  explicit Levels(const std::vector<std::span<const double>>& columns);
+
   Index count() const noexcept { return static_cast<Index>(firsts_.size()); }
 
   /// For each level, the place of its first element.
@@ -32,8 +35,8 @@ class Levels {
   const std::vector<Index>& codes() const noexcept { return codes_; }
 
  private:
-  template <class T>
-  void collect(std::span<const T> values);
+  template <class Hash, class Same>
+  void collect(std::size_t n, Hash hashAt, Same sameAt);
 
   std::vector<Index> firsts_;
   std::vector<Index> codes_;

@@ -27,4 +27,25 @@ inline StringArray inSamples(Index samples, Index size) {
   return labels;
 }
 
+/// Piston rings of which some were lost: subgroups 1, 5, 8 and 17 have 4, 2, 1 and 4 values.
+struct LostRings {
+  DoubleArray y = DoubleArray(116);
+  StringArray sample = StringArray(116);
+  LostRings() {
+    const StringArray samples = inSamples(25, 5);
+    Index rows = 0;
+    for (Index i = 1; i <= 125; ++i) {
+      if (i == 5 || (i >= 23 && i <= 25) || (i >= 36 && i <= 39) || i == 81) continue;
+      ++rows;
+      y(rows) = pistonRings(i);
+      sample(rows) = samples(i);
+    }
+  }
+};
+
+/// R's data set Nile, the first 30 years: annual flow in 10^8 m^3.
+inline const DoubleArray nile{1120, 1160, 963,  1210, 1160, 1160, 813,  1230, 1370, 1140,
+                              995,  935,  1110, 994,  1020, 960,  1180, 799,  958,  1140,
+                              1100, 1210, 1150, 1250, 1260, 1220, 1030, 1100, 774,  840};
+
 }  // namespace zelkova
