@@ -11,7 +11,8 @@ namespace {
 // many), that takes starting terms near 0 or 1 for the whole, that loses the sign of delta or of t, or that
 // runs out of the range of a double. Expected: R, pt(t, df, delta); from a delta of 2000 on, beyond R's
 // reach, mpmath's quadrature of the normal distribution over that of the standard deviation; t = 40 with
-// delta 37 likewise, as R is off there.
+// delta 37 likewise, as R is off there. A delta
+// of 1e30 leaves P(chi-square / 2 >= 1) = exp(-1), by hand.
 TEST(Noncentral, TAgreesWithR) {
   EmbeddedWorksheetFunction host;
   const struct {
@@ -27,7 +28,7 @@ TEST(Noncentral, TAgreesWithR) {
                {15, 3, 20, 0.151777680518062},      {33, 200, 30, 0.938393541446548},
                {4, 1e6, 2, 0.977249382131556},      {40, 1e5, 37, 0.998595832962685},
                {2500, 1, 2000, 0.423710834247309},  {-2010, 10000, -2000, 1 - 0.757327429180033},
-               {1.1e6, 20, 1e6, 0.683316293499921}};
+               {1.1e6, 20, 1e6, 0.683316293499921}, {1e30, 2, 1e30, 0.367879441171442}};
   for (const auto& c : cases) {
     EXPECT_NEAR(GetNCTDist(host, c.t, c.df, c.delta), c.p, 5e-7) << c.t << " " << c.df << " " << c.delta;
   }

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <iomanip>
+#include <sstream>
 #include <string>
 
 #include "unittests/WithHost.h"
@@ -92,6 +94,17 @@ TEST_F(PowerAndSampleSize, FindsTheSmallestSampleOfTTests) {
                                            {9, 2, 0.6, 0.924111740807921},
                                            {9, 2, 0.9, 0.924111740807921}}),
                        1e-6));
+}
+
+// Fault: a power equal to the target to the last bit counted as above it, beyond a size of 2.
+TEST_F(PowerAndSampleSize, MustLieAboveTheTarget) {
+  for (const char* n : {"2", "17", "18"}) {
+    planT("3", n, "1", "", both);
+    std::ostringstream target;
+    target << std::setprecision(17) << one(1, MeansPower::Power);
+    planT("1", "", "1", target.str(), both);
+    EXPECT_EQ(one(1, MeansSampleSize::SampleSize), std::string(n) == "2" ? 2 : NoValue) << n;
+  }
 }
 
 // Faults: steps that grow or shrink at the wrong turn, another start, another stop, the wrong direction below

@@ -95,11 +95,12 @@ struct Mixture {
   /// The same for a large rate, in strides of a sixteenth of the weights' standard deviation: their terms are
   /// so smooth that the ones between follow (the trapezoidal rule on a bell curve).
   double sumInStrides(WorksheetFunction& host) const {
-    constexpr double reach = 8;
-    const double deviation = std::sqrt(rate);
-    const double stride = deviation / 16;
+    constexpr int perDeviation = 16;
+    constexpr int reach = 8 * perDeviation;
+    const double stride = std::sqrt(rate) / perDeviation;
     double sum = 0;
-    for (double j = rate - reach * deviation; j < rate + reach * deviation; j += stride) {
+    for (int k = -reach; k <= reach; ++k) {
+      const double j = rate + k * stride;
       sum += poissonWeight(host, rate, offset + j) * point.lowerTail(host, shape + j, b);
     }
     return stride * sum;
@@ -108,6 +109,9 @@ struct Mixture {
   template <class Converged>
   double total(WorksheetFunction& host, double peak, Converged converged) const {
     constexpr double largeRate = 1e6;
+    // From there on the weights are a spike beside which no tail changes.
+    constexpr double hugeRate = 1e18;
+    if (rate > hugeRate) return point.lowerTail(host, shape + rate, b);
     return rate > largeRate ? sumInStrides(host) : sum(host, peak, converged);
   }
 };

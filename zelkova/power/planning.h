@@ -60,8 +60,8 @@ void checkReachable(double difference, double target);
 inline constexpr double largestSampleSize = 1e9;
 
 /// The smallest sample size of at least 2 at which the power reaches `target`, in doubling strides from the
-/// last size that fell short. Nothing where a stride lands on the target to the last bit. `largest` bounds
-/// the walk, which looks at sizes below twice that.
+/// last size that fell short. Nothing where the power of a size above 2 is the target to the last bit.
+/// `largest` bounds the walk, which looks at sizes below twice that.
 template <class PowerAt>
 std::optional<double> smallestSampleSize(double target, double largest, PowerAt powerAt) {
   double n = 2;
@@ -78,8 +78,9 @@ std::optional<double> smallestSampleSize(double target, double largest, PowerAt 
       stride = 1;
       n += stride;
     } else {
-      // deliberate: a size that a longer stride hits exactly need not be the smallest, so it is not reported.
-      if (stride > 1) return std::nullopt;
+      // deliberate: from 3 on the power must be above the target; one that equals it to the last bit may end
+      // a longer stride, which need not be the smallest size, so it is not reported.
+      if (n > 2 && power == target) return std::nullopt;
       return n;
     }
   }
