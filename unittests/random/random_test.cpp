@@ -148,6 +148,9 @@ TEST_F(RandomData, CountsGoToTheNearerCumulatedProbability) {
       EXPECT_TRUE(isShare(shareUpTo(count) - shareUpTo(count - 1), share)) << c.name << c.para1 << count;
     }
   }
+  // A mean of 0 leaves nothing to the next count, which is as near then.
+  draw("Poisson", "");
+  EXPECT_EQ(shareUpTo(1) - shareUpTo(0), 1);
   // A mean far above 1000 stops there; nothing drawn, or nothing to be found, is 0.
   draw("Poisson", "2000");
   EXPECT_EQ(mean(), 1000);
