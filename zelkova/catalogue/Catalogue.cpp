@@ -132,8 +132,8 @@ const Catalogue& Catalogue::get() {
 }
 
 Catalogue::Catalogue() : worksheetFunctions_(describeWorksheetFunctions()) {
-  for (const auto& describeSubject :
-       {describeFrame, describeKit, describeHypothesis, describeModels, describeCharts})
+  for (const auto& describeSubject : {describeFrame, describeKit, describeHypothesis, describeModels,
+                                      describeCharts, describePower, describeRandom})
     describeSubject(classes_);
 }
 

@@ -12,6 +12,8 @@ void describeKit(std::vector<Class>& classes);
 void describeHypothesis(std::vector<Class>& classes);
 void describeModels(std::vector<Class>& classes);
 void describeCharts(std::vector<Class>& classes);
+void describePower(std::vector<Class>& classes);
+void describeRandom(std::vector<Class>& classes);
 
 /// The host's functions under their own names.
 Class describeWorksheetFunctions();
