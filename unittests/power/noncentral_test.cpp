@@ -11,8 +11,7 @@ namespace {
 // many), that takes starting terms near 0 or 1 for the whole, that loses the sign of delta or of t, or that
 // runs out of the range of a double. Expected: R, pt(t, df, delta); from a delta of 2000 on, beyond R's
 // reach, mpmath's quadrature of the normal distribution over that of the standard deviation; t = 40 with
-// delta 37 likewise, as R is off there. A delta
-// of 1e30 leaves P(chi-square / 2 >= 1) = exp(-1), by hand.
+// delta 37 likewise, as R is off there. A delta of 1e30 leaves P(chi-square / 2 >= 1) = exp(-1), by hand.
 TEST(Noncentral, TAgreesWithR) {
   EmbeddedWorksheetFunction host;
   const struct {
