@@ -142,6 +142,8 @@ Catalogue::Catalogue() : worksheetFunctions_(describeWorksheetFunctions()) {
            describeGage,
            describePlots,
            describeLogistic,
+           describePower,
+           describeRandom,
        })
     describeSubject(classes_);
 }

@@ -16,6 +16,8 @@ void describeCharts(std::vector<Class>& classes);
 void describeCapability(std::vector<Class>& classes);
 void describeGage(std::vector<Class>& classes);
 void describePlots(std::vector<Class>& classes);
+void describePower(std::vector<Class>& classes);
+void describeRandom(std::vector<Class>& classes);
 
 /// The host's functions under their own names.
 Class describeWorksheetFunctions();
