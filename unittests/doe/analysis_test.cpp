@@ -197,7 +197,8 @@ TEST_F(Factorial, AnalysesBlocks) {
     if (n[at] == '1') dx(i, 1) = "1";
     if (ph[at] == '1') dx(i, 2) = "1";
     if (k[at] == '1') dx(i, 3) = "1";
-    db(i) = static_cast<double>((i + 3) / 4);
+    const Index blockOfRun = (i + 3) / 4;
+    db(i) = static_cast<double>(blockOfRun);
   }
   const StringArray terms{"A", "B", "C", "AB", "AC", "BC", "ABC"};
   block = 6.0;

@@ -50,10 +50,9 @@ SettingTable centreSettings(const Factors& factors, Index count, Index Center) {
   }
   const auto texts = static_cast<Index>(textFactors.size());
   if (Center < 1 || texts == count) return {};
-  if (texts == 0) return SettingTable(1, count, 0);
-
-  const SettingTable levels = doe::GetLevelTable(static_cast<int>(texts));
-  SettingTable settings(levels.rows(), count, 0);
+  SettingTable levels;
+  if (texts > 0) levels = doe::GetLevelTable(static_cast<int>(texts));
+  SettingTable settings(texts > 0 ? levels.rows() : 1, count, 0);
   for (Index t = 1; t <= texts; ++t) {
     const auto level = levels.column(t);
     const auto setting = settings.column(textFactors[static_cast<std::size_t>(t - 1)]);
