@@ -133,7 +133,7 @@ const Catalogue& Catalogue::get() {
 
 Catalogue::Catalogue() : worksheetFunctions_(describeWorksheetFunctions()) {
   for (const auto& describeSubject :
-       {describeFrame, describeKit, describeHypothesis, describeModels, describeCharts})
+       {describeFrame, describeKit, describeHypothesis, describeModels, describeCharts, describeDOE})
     describeSubject(classes_);
 }
 

@@ -12,6 +12,7 @@ void describeKit(std::vector<Class>& classes);
 void describeHypothesis(std::vector<Class>& classes);
 void describeModels(std::vector<Class>& classes);
 void describeCharts(std::vector<Class>& classes);
+void describeDOE(std::vector<Class>& classes);
 
 /// The host's functions under their own names.
 Class describeWorksheetFunctions();
