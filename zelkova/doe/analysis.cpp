@@ -180,11 +180,11 @@ DoubleArray uncodedSettings(const std::vector<Term>& terms, const Experiment& ex
 class SolvedModel {
  public:
   SolvedModel(const std::vector<Term>& terms, const std::vector<std::vector<double>>& columns, Column y)
-      : groups_{none},
+      : groups_(groupsOf(terms)),
         columns_(columns.begin(), columns.end()),
         products_(with(columns_, y)),
-        byGroup_(firstPlaces(columns_.size())),
-        solved_(products_, ordered(terms)),
+        byGroup_(placesByGroup(groups_)),
+        solved_(products_, byGroup_),
         response_{columns_.size(), extendedSum(y)},
         projection_(solved_.project(response_.place)) {}
   SolvedModel(const SolvedModel&) = delete;
@@ -233,18 +233,23 @@ class SolvedModel {
   }
 
  private:
-  static constexpr Index none = -1;
-
   static std::vector<Column> with(std::vector<Column> columns, Column y) {
     columns.push_back(y);
     return columns;
   }
 
-  const std::vector<std::size_t>& ordered(const std::vector<Term>& terms) {
-    for (const Term& term : terms) groups_.push_back(term.group);
-    std::stable_sort(byGroup_.begin(), byGroup_.end(),
-                     [this](std::size_t a, std::size_t b) { return groups_[a] < groups_[b]; });
-    return byGroup_;
+  static std::vector<Index> groupsOf(const std::vector<Term>& terms) {
+    constexpr Index ofConstant = -1;
+    std::vector<Index> groups{ofConstant};
+    for (const Term& term : terms) groups.push_back(term.group);
+    return groups;
+  }
+
+  static std::vector<std::size_t> placesByGroup(const std::vector<Index>& groups) {
+    std::vector<std::size_t> places = firstPlaces(groups.size());
+    std::stable_sort(places.begin(), places.end(),
+                     [&groups](std::size_t a, std::size_t b) { return groups[a] < groups[b]; });
+    return places;
   }
 
   DoubleArray inTermOrder(const DoubleArray& values) const {
@@ -259,7 +264,7 @@ class SolvedModel {
     return regressionSS(products_, response_, projection, true);
   }
 
-  std::vector<Index> groups_;  ///< of each column; the constant has none
+  std::vector<Index> groups_;  ///< of each column
   std::vector<Column> columns_;
   CrossProducts products_;
   std::vector<std::size_t> byGroup_;
