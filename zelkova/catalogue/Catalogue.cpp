@@ -144,6 +144,7 @@ Catalogue::Catalogue() : worksheetFunctions_(describeWorksheetFunctions()) {
            describeLogistic,
            describePower,
            describeRandom,
+           describeDOE,
        })
     describeSubject(classes_);
 }

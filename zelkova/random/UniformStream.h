@@ -6,7 +6,8 @@
 namespace zelkova::random {
 
 /// The uniform draws of the process: one stream of a 64-bit Mersenne Twister (Matsumoto and Nishimura, 2000)
-/// that every method with a random result draws from. Not locked: calls that draw take turns.
+/// that every method with a random result draws from, at first from the clock. Not locked: calls that draw
+/// take turns.
 class UniformStream {
  public:
   static UniformStream& get();
@@ -28,7 +29,7 @@ class UniformStream {
   double next() { return static_cast<double>(static_cast<std::int64_t>(engine_() >> 11)) * 0x1p-53; }
 
  private:
-  UniformStream() = default;
+  UniformStream() { randomize(); }
 
   std::mt19937_64 engine_;
   bool isSet_ = false;
