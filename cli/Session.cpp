@@ -4,14 +4,21 @@
 
 #include "host/EmbeddedHost.h"
 #include "zelkova/frame/RunningObjects.h"
+#include "zelkova/random/UniformStream.h"
 
 namespace zelkova::cli {
 
-Session::Session() {
+using random::UniformStream;
+
+Session::Session(std::optional<std::uint64_t> seed) {
+  if (seed) UniformStream::get().set(*seed);
   startEmbeddedHost([this](const std::string& text) { messages_.push_back(text); });
 }
 
-Session::~Session() { RunningObjects::remove(hostName); }
+Session::~Session() {
+  UniformStream::get().unset();
+  RunningObjects::remove(hostName);
+}
 
 Answer Session::run(Request& request) {
   messages_.clear();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,10 +17,12 @@ struct Answer {
   std::vector<std::string> messages;  ///< texts of the message boxes, in order
 };
 
-/// The embedded host, running for as long as the session lives, and the calls made on it.
+/// The embedded host, running for as long as the session lives, and the calls made on it. With a seed, the
+/// stream of random draws starts there and goes on from call to call; without, each call that draws starts
+/// it anew from the clock.
 class Session {
  public:
-  Session();
+  explicit Session(std::optional<std::uint64_t> seed = std::nullopt);
   ~Session();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;

@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -37,7 +39,20 @@ struct Options {
   std::string separator = ",";
   bool header = false;
   bool noHeader = false;
+  std::string seed;
 };
+
+/// Where the random draws start, if that was given.
+std::optional<std::uint64_t> seedOf(const Options& options) {
+  const std::string& text = options.seed;
+  if (text.empty()) return std::nullopt;
+  std::uint64_t seed = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seed);
+  if (error != std::errc() || end != text.data() + text.size()) {
+    throw RequestError("--seed: needs a whole number from 0 to 18446744073709551615");
+  }
+  return seed;
+}
 
 std::string readRequestText(const std::string& path, std::istream& in) {
   if (path == "-") return readAll(in, "standard input");
@@ -107,7 +122,7 @@ Request readCall(const Options& options, std::istream& in) {
 int call(const Options& options, std::istream& in, std::ostream& out, std::ostream& err) {
   Request request = readCall(options, in);
   for (const std::string& warning : request.warnings()) err << "zelkova: warning: " << warning << "\n";
-  Session session;
+  Session session(seedOf(options));
   const Answer answer = session.run(request);
   if (options.json) {
     out << answerJson(request, answer) << "\n";
@@ -157,6 +172,7 @@ class CommandLine {
         "A text that begins with @ is written with a second one: @@home.");
     addCall(*call_, options);
     batch_ = app_.add_subcommand("batch", "Answer requests: JSON lines in, JSON lines out");
+    addSeed(*batch_, options);
   }
 
   /// Reads the words; answers an exit code where there is nothing more to do.
@@ -189,6 +205,11 @@ class CommandLine {
     command.add_flag("--markdown", options.markdown, "Print a page of the reference")->excludes("--json");
   }
 
+  static void addSeed(CLI::App& command, Options& options) {
+    command.add_option("--seed", options.seed,
+                       "Start the random draws at this whole number, so that they can be repeated");
+  }
+
   static void addCall(CLI::App& command, Options& options) {
     command.add_option("CLASS.METHOD", options.target)->required();
     command.add_option("name=value|REQUEST.json|-", options.words,
@@ -205,6 +226,7 @@ class CommandLine {
                      "The first row of a CSV file names the columns, even by numbers");
     command.add_flag("--no-header", options.noHeader, "The first row of a CSV file is data")
         ->excludes("--header");
+    addSeed(command, options);
   }
 
   bool isCommand(const std::string& word) const {
@@ -229,7 +251,7 @@ int runProgram(const std::vector<std::string>& arguments, std::istream& in, std:
     if (const std::optional<int> code = commandLine.parse(arguments, out, err)) return *code;
     if (commandLine.isCall()) return call(options, in, out, err);
     if (commandLine.isBatch()) {
-      Session session;
+      Session session(seedOf(options));
       runBatch(session, in, out, err);
     } else if (commandLine.isDescribe()) {
       describe(options, out);

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
 #include <limits>
+#include <nlohmann/json.hpp>
 #include <random>
 
+#include "cli/Request.h"
 #include "unittests/WithHost.h"
 #include "zelkova/catalogue/Catalogue.h"
 #include "zelkova/frame/NoValue.h"
@@ -20,6 +23,24 @@ class Hostile {
  public:
   explicit Hostile(std::uint64_t seed) : random_(seed) {}
 
+  /// Arguments for one call: all drawn, or those of one of the `sound` requests, which may be none, with one
+  /// or two of them drawn.
+  std::vector<Value> arguments(const Method& method, const std::vector<std::vector<Value>>& sound) {
+    nextRound();
+    if (method.arguments.empty()) return {};
+    const bool disturbs = !sound.empty() && !plainRound_ && chance(2);
+    std::vector<Value> values =
+        disturbs ? sound[random_() % sound.size()] : std::vector<Value>(method.arguments.size());
+    const std::size_t first = random_() % values.size();
+    const std::size_t second = random_() % values.size();
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      if (disturbs && i != first && i != second) continue;
+      values[i] = method.arguments[i].isInput() ? value(method.arguments[i]) : Value();
+    }
+    return values;
+  }
+
+ private:
   void nextRound() {
     plainRound_ = chance(4);
     rows_ = pick<Index>({1, 2, 4, 7, 12, 40});
@@ -54,7 +75,6 @@ class Hostile {
     return {};
   }
 
- private:
   bool chance(std::uint64_t oneIn) { return random_() % oneIn == 0; }
 
   template <class T>
@@ -116,6 +136,18 @@ bool isAsDescribed(const Argument& argument, const Value& value) {
   return argument.slots.empty() || named == static_cast<Index>(argument.slots.size());
 }
 
+/// The arguments of every request to `method` that the component server is tested with.
+std::vector<std::vector<Value>> soundArguments(const Class& subject, const Method& method) {
+  std::ifstream file(ZELKOVA_SOURCE_DIR "/unittests/component/requests.jsonl");
+  std::vector<std::vector<Value>> sound;
+  for (std::string line; std::getline(file, line);) {
+    const cli::Request request = cli::Request::fromJson(nlohmann::json::parse(line));
+    if (request.name() != subject.name + "." + method.name) continue;
+    sound.emplace_back(request.values().begin(), request.values().end());
+  }
+  return sound;
+}
+
 class HostileArguments : public WithHost, public ::testing::WithParamInterface<std::string> {};
 
 // Fault: bad arguments that end in a crash, in undefined behaviour (the sanitizers watch), in an exception
@@ -125,15 +157,12 @@ TEST_P(HostileArguments, EndInAResultOrAFailure) {
   const Class& subject = GetParam() == functions.name ? functions : *Catalogue::get().find(GetParam());
   Hostile hostile(20261121);
   for (const Method& method : subject.methods) {
+    const std::vector<std::vector<Value>> sound = soundArguments(subject, method);
     int succeeded = 0;
     // A method whose arguments must fit each other in several ways may take long to be hit.
     for (int round = 0; round < 1500 || (succeeded == 0 && round < 100'000); ++round) {
       const std::shared_ptr<void> instance = subject.create();
-      std::vector<Value> values;
-      hostile.nextRound();
-      for (const Argument& argument : method.arguments) {
-        values.push_back(argument.isInput() ? hostile.value(argument) : Value());
-      }
+      std::vector<Value> values = hostile.arguments(method, sound);
       try {
         const Value result = method.call(instance.get(), values);
         ++succeeded;

@@ -143,6 +143,9 @@ Catalogue::Catalogue() : worksheetFunctions_(describeWorksheetFunctions()) {
            describeReliability,
            describePlots,
            describeLogistic,
+           describePower,
+           describeRandom,
+           describeDOE,
        })
     describeSubject(classes_);
 }

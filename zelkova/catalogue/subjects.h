@@ -17,6 +17,9 @@ void describeCapability(std::vector<Class>& classes);
 void describeGage(std::vector<Class>& classes);
 void describeReliability(std::vector<Class>& classes);
 void describePlots(std::vector<Class>& classes);
+void describePower(std::vector<Class>& classes);
+void describeRandom(std::vector<Class>& classes);
+void describeDOE(std::vector<Class>& classes);
 
 /// The host's functions under their own names.
 Class describeWorksheetFunctions();

@@ -54,6 +54,12 @@ DoubleArray residualsOf(Column y, const DoubleArray& fitted);
 /// To 7 decimals; numbers too large to have as many are left as they are.
 void roundForDisplay(DoubleArray& values);
 
+/// As `yRegression::GetPRESS`, of a fit that left these residuals at rows of these leverages.
+double predictionSS(Column residual, const std::vector<double>& leverages);
+
+/// As `yRegression::GetPreRsq`.
+double predictedRSquared(double PRESS, double SST);
+
 /// 1, 2, ..., n.
 DoubleArray countingUp(Index n);
 
