@@ -140,12 +140,12 @@ Catalogue::Catalogue() : worksheetFunctions_(describeWorksheetFunctions()) {
            describeCharts,
            describeCapability,
            describeGage,
-           describeReliability,
            describePlots,
            describeLogistic,
            describePower,
            describeRandom,
            describeDOE,
+           describeReliability,
        })
     describeSubject(classes_);
 }
