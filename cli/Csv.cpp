@@ -13,6 +13,7 @@
 
 #include "cli/Request.h"
 #include "cli/text.h"
+#include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/numberText.h"
 
 namespace zelkova::cli {
@@ -208,6 +209,7 @@ std::size_t Csv::findColumn(std::string_view selection) const {
 double Csv::number(std::size_t column, std::size_t row) const {
   const std::string& cell = columns_[column][row];
   if (const std::optional<double> value = numberOf(cell)) return *value;
+  if (trimmed(cell) == "NoValue") return NoValue;
   refuseCell(column, row, "where a number is needed");
 }
 

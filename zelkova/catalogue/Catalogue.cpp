@@ -145,6 +145,7 @@ Catalogue::Catalogue() : worksheetFunctions_(describeWorksheetFunctions()) {
            describePower,
            describeRandom,
            describeDOE,
+           describeReliability,
        })
     describeSubject(classes_);
 }

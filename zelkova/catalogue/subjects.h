@@ -15,6 +15,7 @@ void describeLogistic(std::vector<Class>& classes);
 void describeCharts(std::vector<Class>& classes);
 void describeCapability(std::vector<Class>& classes);
 void describeGage(std::vector<Class>& classes);
+void describeReliability(std::vector<Class>& classes);
 void describePlots(std::vector<Class>& classes);
 void describePower(std::vector<Class>& classes);
 void describeRandom(std::vector<Class>& classes);
