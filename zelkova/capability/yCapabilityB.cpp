@@ -63,7 +63,8 @@ Limits exactLimits(double x, double n, WorksheetFunction& host) {
 double zValue(double q, double p, WorksheetFunction& host) {
   if (q <= 0 || q >= 1) return NoValue;
   const double size = std::fabs(host.NormSInv(q));
-  return p >= 0.5 ? -size : size;
+  // A difference, since the negative of 0 would show as -0.
+  return p >= 0.5 ? 0 - size : size;
 }
 
 /// The Z values of the limits, the larger one first.
