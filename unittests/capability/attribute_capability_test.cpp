@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -65,8 +66,8 @@ DoubleArray padded(const std::vector<double>& values, Index n) {
 class AttributeCapability : public WithHost {};
 
 // Faults: one of the two quantiles with the degrees of freedom of the other; x that ignores a historical
-// proportion, or loses one to rounding (0.29 of 1500 is 434.99... in doubles); Z of the wrong sign, or in the
-// order of the limits instead of their size. Expected: R's binom.test and qnorm.
+// proportion, or loses one to rounding (0.29 of 1500 is 434.99... in doubles); Z of the wrong sign (-0 at one
+// half), or in the order of the limits instead of their size. Expected: R's binom.test and qnorm.
 TEST_F(AttributeCapability, OfDefectivesAgreesWithR) {
   struct Case {
     const char* histP;
@@ -90,6 +91,7 @@ TEST_F(AttributeCapability, OfDefectivesAgreesWithR) {
         20};
     EXPECT_TRUE(areClose(binomial(cans, DoubleArray(30, 50), " 20 ", c.histP), expected, 1e-10)) << c.histP;
   }
+  EXPECT_FALSE(std::signbit(binomial({1}, {2})(BinomialCapability::Z)));
   EXPECT_EQ(binomial(cans, DoubleArray(30, 50))(BinomialCapability::Target), NoValue);
   // The same without a historical value: everyday data that have no defectives, or nothing else.
   EXPECT_TRUE(isClose(binomial({0, 0}, {700, 800})(BinomialCapability::PUpper), 0.00245623148419853, 1e-10));

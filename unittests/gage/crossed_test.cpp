@@ -223,8 +223,8 @@ TEST_F(Crossed, RoundsCategoriesDown) {
 }
 
 // Faults: labels in the order of texts ("10" before "9"), rows shuffled within a cell, a table of operators
-// by parts, an empty cell at 0; a table of
-// pairs that fills the memory where readings are passed as labels. By hand.
+// by parts, an empty cell at 0; a table of pairs that fills the memory where readings are passed as labels.
+// By hand.
 TEST_F(Crossed, LaysOutPlots) {
   DoubleArray partX, partY, opX, opY, cells, y;
   StringArray partLabels, opLabels, parts, operators;

@@ -23,7 +23,8 @@ class GageRun : public testing::Test {
 };
 
 // Faults: slots of their own for each operator; labels or trials in the order of texts ("10" before "2"); a
-// panel without margins; a mean line that must be a number. By hand; no host runs.
+// panel without margins; a mean line that must be a number; labels below the last reading that unbalance the
+// study. By hand; no host runs.
 TEST_F(GageRun, SharesTheSlotsOfAPart) {
   run({5, 6, 1, 2, 8, 7, 3, 4}, {"10", "10", "2", "2", "10", "10", "2", "2"},
       {"B", "B", "B", "B", "A", "A", "A", "A"}, {"1", "2", "10", "9", "2", "1", "9", "10"}, " abc");
@@ -33,7 +34,7 @@ TEST_F(GageRun, SharesTheSlotsOfAPart) {
   EXPECT_EQ(y, DoubleArray::table({{3, 2}, {4, 1}, {7, 5}, {8, 6}}));
   EXPECT_EQ(meanLine, DoubleArray(4, 4.5));
 
-  run({5, 6}, {"1", "2"}, {"A", "A"}, {"1", "1"}, " 4.25 ");
+  run({5, 6}, {"1", "2", "3"}, {"A", "A", "A"}, {"1", "1", "1"}, " 4.25 ");
   EXPECT_EQ(meanLine, DoubleArray(2, 4.25));
   EXPECT_TRUE(error.empty());
 }

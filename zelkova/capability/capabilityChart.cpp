@@ -2,17 +2,15 @@
 #include <optional>
 #include <vector>
 
-#include "zelkova/capability/optionTexts.h"
 #include "zelkova/capability/yCapability.h"
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
+#include "zelkova/frame/givenNumber.h"
 #include "zelkova/kit/binCounts.h"
 #include "zelkova/kit/modzSupport.h"
-#include "zelkova/kit/sums.h"
+#include "zelkova/kit/normalCurve.h"
 
 namespace zelkova {
-
-using capability::givenNumber;
 
 namespace {
 
@@ -24,19 +22,12 @@ DoubleArray binsOf(std::span<const double> y, double low, double high) {
   return GetHistogramBins(DoubleArray(std::move(covered)));
 }
 
-/// The normal density at the midpoints, scaled to add up to `n`. Deliberate: no value where it would be drawn
-/// along the axis, far from the data.
+/// The curve of one sigma. Deliberate: no value where it would be drawn along the axis, far from the data.
 DoubleArray curveOf(const DoubleArray& bins, double n, double mean, double sd, WorksheetFunction& host) {
-  DoubleArray curve(bins.rows(), NoValue);
-  if (sd == 0 || sd == NoValue || bins.rows() == 1) return curve;
-  DoubleArray density(bins.rows());
-  for (Index j = 1; j <= bins.rows(); ++j) density(j) = host.NormDist(bins(j), mean, sd, false);
-  const double sum = checked::finite(laneSum(density.vector(), [](double f) { return f; }));
-  // A curve so narrow that it falls between all midpoints cannot be drawn.
-  if (sum == 0) return curve;
-  for (Index j = 1; j <= bins.rows(); ++j) {
-    const double height = checked::quotient(density(j) * n, sum);
-    if (roundHalfEven(height, 5) != 0) curve(j) = height;
+  if (sd == 0 || sd == NoValue) return DoubleArray(bins.rows(), NoValue);
+  DoubleArray curve = normalCurve(host, bins, n, mean, sd);
+  for (double& height : curve.elements()) {
+    if (roundHalfEven(height, 5) == 0) height = NoValue;
   }
   return curve;
 }

@@ -4,7 +4,6 @@
 #include <optional>
 #include <string_view>
 
-#include "zelkova/capability/optionTexts.h"
 #include "zelkova/capability/yCapability.h"
 #include "zelkova/charts/ChartLines.h"
 #include "zelkova/charts/Subgroups.h"
@@ -12,13 +11,12 @@
 #include "zelkova/charts/sigmaByName.h"
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
+#include "zelkova/frame/givenNumber.h"
 #include "zelkova/frame/numberText.h"
 #include "zelkova/kit/modzStat.h"
 #include "zelkova/kit/sums.h"
 
 namespace zelkova {
-
-using capability::givenNumber;
 
 namespace {
 
@@ -186,6 +184,17 @@ void putIndices(const Indices& within, const Indices& overall, double cpm, std::
 /// Fractions in parts per million, as `observed`, `within` and `overall`, each below, above and in total.
 using Fractions = std::array<double, 9>;
 
+Fractions fractionsOf(std::span<const double> y, const Specifications& given, const Indices& within,
+                      const Indices& overall) {
+  const double below =
+      given.lower ? observed(y, [limit = *given.lower](double x) { return x < limit; }) : NoValue;
+  const double above =
+      given.upper ? observed(y, [limit = *given.upper](double x) { return x > limit; }) : NoValue;
+  return {below,         above,         total(below, above),
+          within.below,  within.above,  total(within.below, within.above),
+          overall.below, overall.above, total(overall.below, overall.above)};
+}
+
 void putFractions(const Fractions& fractions, std::string_view display, DoubleArray& result) {
   const bool percent = display == "Percentage";
   if (!percent && display != "Parts per million") return;
@@ -242,15 +251,7 @@ void yCapability::CapabilityOutput(const DoubleArray& dy, const StringArray& dx,
   const Indices within = indicesOf(given, mean, sigma, tolerance, host);
   const Indices overall = indicesOf(given, mean, overallSigma, tolerance, host);
   putIndices(within, overall, cpmOf(y, given, tolerance, host), textOr(DisplayC, "Cp & Pp"), result);
-
-  const double below =
-      given.lower ? observed(y, [limit = *given.lower](double x) { return x < limit; }) : NoValue;
-  const double above =
-      given.upper ? observed(y, [limit = *given.upper](double x) { return x > limit; }) : NoValue;
-  putFractions(
-      {below, above, total(below, above), within.below, within.above, total(within.below, within.above),
-       overall.below, overall.above, total(overall.below, overall.above)},
-      textOr(DisplayP, "Parts per million"), result);
+  putFractions(fractionsOf(y, given, within, overall), textOr(DisplayP, "Parts per million"), result);
   checked::leaving(result);
   Capability = std::move(result);
 }

@@ -38,7 +38,7 @@ class yCapability : public HostBound {
   /// `DisplayP`, "Parts per million" (also where empty) or "Percentage", the unit of the fractions; any other
   /// text leaves its slots 0. `NoValue` marks what the specifications given, or a sigma without a value, do
   /// not yield. Further failures: 11 where a sigma is 0, 5 for a negative sigma or tolerance, 9 for a moving
-  /// range length below 1, 1004 where `USL` lies below `LSL`.
+  /// range length below 1, 1004 where `USL` lies below `LSL`, unless Z.Bench has no value.
   void CapabilityOutput(const DoubleArray& dy, const StringArray& dx, const std::string& estimate1,
                         const std::string& estimate2, const std::string& MRLength, const std::string& USL,
                         const std::string& LSL, const std::string& Target, const std::string& Tolerance,

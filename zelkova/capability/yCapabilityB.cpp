@@ -5,16 +5,15 @@
 #include <utility>
 
 #include "zelkova/capability/attributeStudy.h"
-#include "zelkova/capability/optionTexts.h"
 #include "zelkova/charts/ChartLines.h"
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
+#include "zelkova/frame/givenNumber.h"
 #include "zelkova/kit/order.h"
 
 namespace zelkova {
 
 using capability::DistributionPlot;
-using capability::givenNumber;
 using capability::Samples;
 using capability::unlessRefused;
 
@@ -63,7 +62,8 @@ Limits exactLimits(double x, double n, WorksheetFunction& host) {
 double zValue(double q, double p, WorksheetFunction& host) {
   if (q <= 0 || q >= 1) return NoValue;
   const double size = std::fabs(host.NormSInv(q));
-  return p >= 0.5 ? -size : size;
+  // A difference, since the negative of 0 would show as -0.
+  return p >= 0.5 ? 0 - size : size;
 }
 
 /// The Z values of the limits, the larger one first.

@@ -5,16 +5,15 @@
 #include <utility>
 
 #include "zelkova/capability/attributeStudy.h"
-#include "zelkova/capability/optionTexts.h"
 #include "zelkova/charts/ChartLines.h"
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
+#include "zelkova/frame/givenNumber.h"
 #include "zelkova/kit/modzStat.h"
 
 namespace zelkova {
 
 using capability::DistributionPlot;
-using capability::givenNumber;
 using capability::Samples;
 using capability::unlessRefused;
 

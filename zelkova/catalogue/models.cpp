@@ -238,8 +238,8 @@ Class boxCox() {
               Note("Transformed", "the data to the power, or their natural logarithms for a power of 0"))
       .note(
           "The spread is that of y^lambda / (lambda g^(lambda - 1)), g ln y for 0, with g the geometric "
-          "mean. "
-          "Subgroups: the pooled standard deviation over c4; individual values: the mean moving range of two "
+          "mean. Subgroups: the pooled standard deviation over c4; individual values: the mean moving range "
+          "of two "
           "over 1.128.")
       .note(
           "CISD is MinimumSD plus t/m, with t the 0.975 quantile of t at the m degrees of freedom of the "
@@ -247,8 +247,7 @@ Class boxCox() {
           "points of the curve; where the curve stays below the limit they are its end.")
       .note(
           "The search walks in steps of 1 from 5, then halves the steps, until neighbouring spreads differ "
-          "by "
-          "at most 0.002, in the units of the data: data in very small units want a larger scale first.")
+          "by at most 0.002, in the units of the data: data in very small units want a larger scale first.")
       .done();
 }
 

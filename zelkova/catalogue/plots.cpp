@@ -18,9 +18,9 @@ void describePlots(std::vector<Class>& classes) {
               Note("Normal", "the height of the normal curve at each midpoint, in counts"))
           .note("Neighbouring intervals meet halfway between their midpoints, and a value on that boundary "
                 "counts in the upper one. The first and the last interval are open, so every value counts.")
-          .note("The curve has the mean and standard deviation of the data. Its heights add up to the number "
-                "of "
-                "values. It has no value where there is one midpoint, or where it vanishes at all of them.")
+          .note(
+              "The curve has the mean and standard deviation of the data. Its heights add up to the number "
+              "of values. It has no value where there is one midpoint, or where it vanishes at all of them.")
           .note("Data without spread at several midpoints are refused by NormDist; midpoints that were "
                 "chosen stay.")
           .done());

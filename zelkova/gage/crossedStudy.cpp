@@ -8,8 +8,8 @@
 #include "zelkova/charts/modzControl.h"
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
+#include "zelkova/frame/givenNumber.h"
 #include "zelkova/gage/firstRows.h"
-#include "zelkova/gage/givenNumber.h"
 #include "zelkova/gage/yGage.h"
 #include "zelkova/kit/Levels.h"
 #include "zelkova/models/TwoWay.h"
@@ -22,10 +22,7 @@ namespace {
 /// whatever those are.
 constexpr double none = 0.0000001;
 
-DoubleArray emptyComponents() {
-  DoubleArray result(GageSource::size, GageComponent::size, NoValue);
-  return result;
-}
+DoubleArray emptyComponents() { return DoubleArray(GageSource::size, GageComponent::size, NoValue); }
 
 /// The analysis of variance with both factors and their interaction.
 DoubleArray anovaOfTwo(WorksheetFunction& host, const TwoWay& layout) {

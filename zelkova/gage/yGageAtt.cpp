@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -48,17 +49,31 @@ std::vector<Point> pointsOf(std::span<const double> references, std::span<const 
   return points;
 }
 
-/// Whether the probability moves one way only; neighbours may share one where it is 0 or 1.
-bool isMonotone(const std::vector<Point>& points, bool falling) {
-  const auto breaks = [falling](const Point& a, const Point& b) {
+/// Whether each probability comes `before` the next; neighbours may share one where it is 0 or 1.
+template <class Order>
+bool isMonotone(const std::vector<Point>& points, Order before) {
+  const auto breaks = [before](const Point& a, const Point& b) {
     if (a.probability == b.probability) return !a.isExtreme();
-    return (a.probability > b.probability) != falling;
+    return !before(a.probability, b.probability);
   };
   return std::adjacent_find(points.begin(), points.end(), breaks) == points.end();
 }
 
+/// What is wrong with the direction of the probabilities; empty where nothing is.
+std::string faultOfDirection(const std::vector<Point>& points, const std::string& toleranceType) {
+  if (toleranceType == "Upper limit") {
+    if (isMonotone(points, std::greater<>())) return {};
+    return "To use the upper limit, the probability of acceptance should decrease as reference value "
+           "increases.";
+  }
+  if (isMonotone(points, std::less<>())) return {};
+  return "To use the lower limit, the probability of acceptance should increase as reference value "
+         "increases.";
+}
+
 /// What is wrong with the design; empty where nothing is.
-std::string faultOf(const std::vector<Point>& points, bool upperLimit, bool aiag) {
+std::string faultOf(const std::vector<Point>& points, const std::string& toleranceType,
+                    const std::string& method) {
   const auto countOf = [&](double probability) {
     return std::count_if(points.begin(), points.end(),
                          [=](const Point& point) { return point.probability == probability; });
@@ -72,17 +87,14 @@ std::string faultOf(const std::vector<Point>& points, bool upperLimit, bool aiag
   const auto distinct = static_cast<Index>(points.size());
   if (distinct < 8) return "Requires at least 8 distinct reference values";
   const Index between = distinct - never - always;
-  if (aiag && between != 6) {
-    return "Requires at exactly 6 other distinct probabilities of acceptance in between the extremes";
-  }
-  if (!aiag && between < 6) {
+  if (method == aiagMethod) {
+    if (between != 6) {
+      return "Requires at exactly 6 other distinct probabilities of acceptance in between the extremes";
+    }
+  } else if (between < 6) {
     return "Requires at least 6 other distinct probabilities of acceptance in between the extremes";
   }
-  if (isMonotone(points, upperLimit)) return {};
-  return upperLimit ? "To use the upper limit, the probability of acceptance should decrease as reference "
-                      "value increases."
-                    : "To use the lower limit, the probability of acceptance should increase as reference "
-                      "value increases.";
+  return faultOfDirection(points, toleranceType);
 }
 
 /// The correction for continuity of the AIAG method, half of one acceptance in twenty trials. Deliberate: the
@@ -178,9 +190,8 @@ void yGageAtt::GageAttributeOutput(const StringArray& /*dpart*/, const DoubleArr
       return;
     }
   }
-  const bool aiag = Method == aiagMethod;
   const std::vector<Point> points = pointsOf(references, acceptances, trials);
-  if (std::string fault = faultOf(points, Tolerance_Type == "Upper limit", aiag); !fault.empty()) {
+  if (std::string fault = faultOf(points, Tolerance_Type, Method); !fault.empty()) {
     ErrorCode = std::move(fault);
     return;
   }
@@ -191,7 +202,7 @@ void yGageAtt::GageAttributeOutput(const StringArray& /*dpart*/, const DoubleArr
     if (point.isExtreme()) continue;
     x.push_back(point.reference);
     p.push_back(point.probability);
-    z.push_back(host.NormSInv(aiag ? towardsHalf(point.probability) : point.probability));
+    z.push_back(host.NormSInv(Method == aiagMethod ? towardsHalf(point.probability) : point.probability));
   }
   const Line line(x, z);
   std::vector<double> fitted;

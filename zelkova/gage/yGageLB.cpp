@@ -7,8 +7,8 @@
 
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
+#include "zelkova/frame/givenNumber.h"
 #include "zelkova/gage/firstRows.h"
-#include "zelkova/gage/givenNumber.h"
 #include "zelkova/kit/Levels.h"
 #include "zelkova/kit/SortedLevels.h"
 #include "zelkova/kit/groups.h"

@@ -4,14 +4,13 @@
 #include <utility>
 #include <vector>
 
-#include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/frame/numberText.h"
 #include "zelkova/gage/firstRows.h"
+#include "zelkova/kit/Levels.h"
 #include "zelkova/kit/SortedLevels.h"
 #include "zelkova/kit/modzSort.h"
 #include "zelkova/kit/modzStat.h"
-#include "zelkova/kit/modzSupport.h"
 
 namespace zelkova {
 
@@ -36,6 +35,45 @@ DoubleArray inOrderOfTrials(Cell cell) {
   return readings;
 }
 
+/// The cells part by part, and operator by operator within each.
+std::vector<Cell> cellsOf(std::span<const double> readings, const SortedLevels<std::string>& parts,
+                          const SortedLevels<std::string>& operators, std::span<const std::string> trials) {
+  std::vector<Cell> cells(static_cast<std::size_t>(parts.count() * operators.count()));
+  for (std::size_t i = 0; i < readings.size(); ++i) {
+    Cell& cell = cells[static_cast<std::size_t>(parts.codes[i] * operators.count() + operators.codes[i])];
+    cell.trials.push_back(trials[i]);
+    cell.readings.push_back(readings[i]);
+  }
+  return cells;
+}
+
+/// The places of the slots on an axis from 0 to 1, in equal panels, with a step of margin at the ends of
+/// each.
+DoubleArray positions(Index parts, Index trials) {
+  DoubleArray x(parts * trials);
+  for (Index part = 0; part < parts; ++part) {
+    for (Index trial = 1; trial <= trials; ++trial) {
+      const double inPanel = static_cast<double>(trial) / static_cast<double>(trials + 1);
+      x(part * trials + trial) = (static_cast<double>(part) + inPanel) / static_cast<double>(parts);
+    }
+  }
+  return x;
+}
+
+/// The first `trials` readings of each cell: a row a slot, a column an operator.
+DoubleArray seriesOf(std::vector<Cell> cells, Index operators, Index trials) {
+  const auto parts = static_cast<Index>(cells.size()) / operators;
+  DoubleArray y(parts * trials, operators, 0.0);
+  auto cell = cells.begin();
+  for (Index part = 0; part < parts; ++part) {
+    for (Index op = 1; op <= operators; ++op) {
+      const DoubleArray readings = inOrderOfTrials(std::move(*cell++));
+      for (Index trial = 1; trial <= trials; ++trial) y(part * trials + trial, op) = readings(trial);
+    }
+  }
+  return y;
+}
+
 }  // namespace
 
 void yGageRun::GageRunOutput(const DoubleArray& dy, const StringArray& dpart, const StringArray& dop,
@@ -46,7 +84,7 @@ void yGageRun::GageRunOutput(const DoubleArray& dy, const StringArray& dpart, co
   const std::span<const std::string> partOfRow = firstRows(dpart, n, "dpart");
   const std::span<const std::string> operatorOfRow = firstRows(dop, n, "dop");
   const std::span<const std::string> trialOfRow = firstRows(dtrial, n, "dtrial");
-  if (!IsBalanced(dy, dpart, dop, true, false)) {
+  if (!isEvenlySpread(n, Levels(partOfRow), Levels(operatorOfRow), true, false)) {
     ErrorCode = "Design unbalanced";
     return;
   }
@@ -61,30 +99,12 @@ void yGageRun::GageRunOutput(const DoubleArray& dy, const StringArray& dpart, co
     return;
   }
 
-  std::vector<Cell> cells(static_cast<std::size_t>(parts.count() * operators.count()));
-  for (std::size_t i = 0; i < trialOfRow.size(); ++i) {
-    Cell& cell = cells[static_cast<std::size_t>(parts.codes[i] * operators.count() + operators.codes[i])];
-    cell.trials.push_back(trialOfRow[i]);
-    cell.readings.push_back(dy.vector()[i]);
-  }
+  std::vector<Cell> cells = cellsOf(dy.vector(), parts, operators, trialOfRow);
   const Index trials = std::min(n / static_cast<Index>(cells.size()), mostTrials);
-
-  const Index slots = parts.count() * trials;
-  DoubleArray x(slots);
-  DoubleArray y(slots, operators.count(), NoValue);
-  for (Index part = 0; part < parts.count(); ++part) {
-    for (Index trial = 1; trial <= trials; ++trial) {
-      const double inPanel = static_cast<double>(trial) / static_cast<double>(trials + 1);
-      x(part * trials + trial) = (static_cast<double>(part) + inPanel) / static_cast<double>(parts.count());
-    }
-    for (Index op = 0; op < operators.count(); ++op) {
-      const DoubleArray readings =
-          inOrderOfTrials(std::move(cells[static_cast<std::size_t>(part * operators.count() + op)]));
-      for (Index trial = 1; trial <= trials; ++trial) y(part * trials + trial, op + 1) = readings(trial);
-    }
-  }
+  DoubleArray x = positions(parts.count(), trials);
+  DoubleArray y = seriesOf(std::move(cells), operators.count(), trials);
   const std::optional<double> given = numberOf(HistMean);
-  DoubleArray mean(slots, given ? *given : GetMean(dy));
+  DoubleArray mean(x.rows(), given ? *given : GetMean(dy));
   checked::leaving(y, mean);
 
   RunX = std::move(x);

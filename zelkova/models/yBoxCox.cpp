@@ -11,7 +11,7 @@
 
 #include "zelkova/charts/modzControl.h"
 #include "zelkova/frame/arithmetic.h"
-#include "zelkova/frame/numberText.h"
+#include "zelkova/frame/givenNumber.h"
 #include "zelkova/kit/Levels.h"
 #include "zelkova/kit/sums.h"
 
@@ -160,8 +160,7 @@ void yBoxCox::BoxcoxOutput(const DoubleArray& dy, const StringArray& dx, bool Tr
                  [](const auto& point) { return point.second; });
   DoubleArray transformed;
   if (Transform) {
-    const std::string_view given = trimmed(SpecifyLamda);
-    transformed = powers(dy, given.empty() ? best->first : toNumber(given));
+    transformed = powers(dy, givenNumber(SpecifyLamda).value_or(best->first));
   }
 
   lambda = best->first;

@@ -2,33 +2,13 @@
 
 #include <utility>
 
-#include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/kit/binCounts.h"
 #include "zelkova/kit/modzStat.h"
 #include "zelkova/kit/modzSupport.h"
+#include "zelkova/kit/normalCurve.h"
 
 namespace zelkova {
-
-namespace {
-
-/// The normal density at each midpoint, scaled by the sum of its own heights: bars of unequal width then
-/// still compare with it in counts.
-DoubleArray normalCurve(WorksheetFunction& host, const DoubleArray& midpoints, double n, double mean,
-                        double sd) {
-  DoubleArray heights(midpoints.rows(), NoValue);
-  if (midpoints.rows() == 1) return heights;
-  double sum = 0;
-  for (Index j = 1; j <= midpoints.rows(); ++j) {
-    heights(j) = host.NormDist(midpoints(j), mean, sd, false);
-    sum += heights(j);
-  }
-  if (sum == 0) return DoubleArray(midpoints.rows(), NoValue);
-  for (double& height : heights.elements()) height = checked::quotient(n * height, sum);
-  return heights;
-}
-
-}  // namespace
 
 void yHistogram::HistogramOutput(const DoubleArray& dy, DoubleArray& GI, DoubleArray& Interval,
                                  DoubleArray& Frequency, DoubleArray& Normal) const {

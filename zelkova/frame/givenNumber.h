@@ -5,13 +5,12 @@
 
 #include "zelkova/frame/numberText.h"
 
-/// Options that come as texts, blank where they are not given.
-namespace zelkova::capability {
+namespace zelkova {
 
-/// The number of an option; failure 13 for a text that is neither blank nor a number.
+/// The number in the text of an option, nothing where it is blank; failure 13 where it holds something else.
 inline std::optional<double> givenNumber(std::string_view text) {
   if (trimmed(text).empty()) return std::nullopt;
   return toNumber(text);
 }
 
-}  // namespace zelkova::capability
+}  // namespace zelkova
