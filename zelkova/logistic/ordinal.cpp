@@ -19,8 +19,6 @@ namespace zelkova {
 
 namespace {
 
-using Lane = std::array<double, Block::longest>;
-
 /// The level of each observation, counted from 0 at `lowest`.
 std::vector<Index> levelsFrom(const std::vector<double>& response, double lowest, double levelCount) {
   const auto raiseGap = [] {
@@ -95,7 +93,7 @@ void OrdinalModel::fit(const std::vector<double>& b, double slopes, LevelFit& re
     const Probability upTo = link_.LinkCDF(eta);
     // Of the two differences, the one of the smaller numbers keeps its digits.
     result.probability[level] = below.p > 0.5 ? below.complement - upTo.complement : upTo.p - below.p;
-    result.density[level + 1] = link_.LinkPDF(eta, upTo);
+    result.density[level + 1] = link_.density(eta, upTo);
     below = upTo;
   }
   result.probability[cuts_] = below.complement;
@@ -126,12 +124,14 @@ Evaluation OrdinalModel::evaluate(const std::vector<double>& b) const {
         const double probability = fitted.probability[cell.level];
         ofBlock +=
             probability > 0 ? cell.count * std::log(probability) : -std::numeric_limits<double>::infinity();
-        const double ratio = cell.count / std::max(probability, probabilityGuard);
+        const double ratio = cell.count / probability;
         if (cell.level < cuts_) result.score[cell.level] += ratio * f[cell.level + 1];
         if (cell.level > 0) result.score[cell.level - 1] -= ratio * f[cell.level];
         residuals[i] += ratio * slopeOf(cell.level);
       }
 
+      // The score took the densities as they are; the weights are held off 0.
+      for (std::size_t cut = 1; cut <= cuts_; ++cut) fitted.density[cut] = Link::offZero(f[cut]);
       const double m = counts_.rowsOfPattern(g);
       weights[i] = 0;
       for (std::size_t level = 0; level < levels; ++level) {
@@ -164,7 +164,7 @@ Evaluation OrdinalModel::evaluate(const std::vector<double>& b) const {
   return result;
 }
 
-/// Pearson and deviance, and the mean level number of each pattern.
+/// How well the levels are fitted, and the mean level number of each pattern.
 struct OrdinalFit {
   OrdinalFit(const OrdinalModel& model, const LevelCounts& counts, const Maximum& maximum)
       : scores(counts.patterns()) {
@@ -172,21 +172,15 @@ struct OrdinalFit {
     OrdinalModel::LevelFit fitted(counts.levels());
     for (std::size_t g = 0; g < counts.patterns(); ++g) {
       model.fit(maximum.coefficients, slopes[g], fitted);
-      std::span<const LevelCounts::Cell> cells = counts.of(g);
-      for (std::size_t level = 0; level < counts.levels(); ++level) {
-        const bool occurs = !cells.empty() && cells.front().level == level;
-        const double observed = occurs ? cells.front().count : 0;
-        if (occurs) cells = cells.subspan(1);
-        const double expected = counts.rowsOfPattern(g) * fitted.probability[level];
-        pearson += pearsonTerm(observed, expected);
-        deviance += 2 * devianceTerm(observed, expected);
-        scores[g] += static_cast<double>(level + 1) * fitted.probability[level];
-      }
+      counts.forLevels(g, [&](std::size_t level, double observed) {
+        const double probability = fitted.probability[level];
+        fitness.add(observed, counts.rowsOfPattern(g) * probability);
+        scores[g] += static_cast<double>(level + 1) * probability;
+      });
     }
   }
 
-  double pearson = 0;
-  double deviance = 0;
+  LevelFitness fitness;
   std::vector<double> scores;
 };
 
@@ -223,11 +217,7 @@ void yLogistic::Ordinal_regression(const VariantArray& Y, const VariantArray& x,
   if (link.isLogit()) coefficients.addOddsRatios();
 
   const OrdinalFit fit(model, counts, maximum);
-  DoubleArray goodness(2, GoodnessOfFit::size, NoValue);
-  const double df =
-      static_cast<double>(patterns.count()) * (k - 1) - static_cast<double>(model.coefficients());
-  setGoodnessRow(host, goodness, 1, fit.pearson, df);
-  setGoodnessRow(host, goodness, 2, fit.deviance, df);
+  DoubleArray goodness = fit.fitness.table(host, counts, model.coefficients());
   Association association(counts, TiedOrder(fit.scores), pairsOfLevels(counts));
 
   regtable = coefficients.table();
