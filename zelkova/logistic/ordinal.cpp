@@ -99,67 +99,92 @@ void OrdinalModel::fit(const std::vector<double>& b, double slopes, LevelFit& re
   result.probability[cuts_] = below.complement;
 }
 
+/// What the patterns add to the score and the information: summed for the cut points; for the slopes, by
+/// pattern of the block at hand.
+class OrdinalSums {
+ public:
+  explicit OrdinalSums(std::size_t cuts)
+      : cutScores(cuts), squares(cuts), neighbours(cuts), mixed(cuts), precision_(cuts + 1) {}
+
+  /// Adds the observations of pattern `i` of the block to the score, and answers their log-likelihood.
+  double observe(std::span<const LevelCounts::Cell> cells, const OrdinalModel::LevelFit& fitted,
+                 std::size_t i) {
+    const std::vector<double>& f = fitted.density;
+    double logLikelihood = 0;
+    residuals[i] = 0;
+    for (const LevelCounts::Cell& cell : cells) {
+      const double probability = fitted.probability[cell.level];
+      logLikelihood +=
+          probability > 0 ? cell.count * std::log(probability) : -std::numeric_limits<double>::infinity();
+      const double ratio = cell.count / probability;
+      if (cell.level < cutScores.size()) cutScores[cell.level] += ratio * f[cell.level + 1];
+      if (cell.level > 0) cutScores[cell.level - 1] -= ratio * f[cell.level];
+      residuals[i] += ratio * (f[cell.level + 1] - f[cell.level]);
+    }
+    return logLikelihood;
+  }
+
+  /// Adds the information of `m` observations of pattern `i`; the densities and probabilities of `fitted` are
+  /// held off 0 in it.
+  void inform(double m, OrdinalModel::LevelFit& fitted, std::size_t i) {
+    std::vector<double>& f = fitted.density;
+    const std::size_t cuts = squares.size();
+    for (std::size_t cut = 1; cut <= cuts; ++cut) f[cut] = Link::offZero(f[cut]);
+    const auto slopeOf = [&f](std::size_t level) { return f[level + 1] - f[level]; };
+    weights[i] = 0;
+    for (std::size_t level = 0; level <= cuts; ++level) {
+      precision_[level] = m / std::max(fitted.probability[level], probabilityGuard);
+      weights[i] += precision_[level] * slopeOf(level) * slopeOf(level);
+    }
+    for (std::size_t j = 0; j < cuts; ++j) {
+      squares[j] += f[j + 1] * f[j + 1] * (precision_[j] + precision_[j + 1]);
+      neighbours[j] += f[j + 1] * f[j + 2] * precision_[j + 1];
+      mixed[j][i] = f[j + 1] * (precision_[j] * slopeOf(j) - precision_[j + 1] * slopeOf(j + 1));
+    }
+  }
+
+  std::vector<double> cutScores;
+  std::vector<double> squares;     ///< information of each cut point
+  std::vector<double> neighbours;  ///< that with the next one, its sign changed
+  Lane residuals;
+  Lane weights;
+  std::vector<Lane> mixed;  ///< of each cut point with the slopes
+
+ private:
+  std::vector<double> precision_;
+};
+
 Evaluation OrdinalModel::evaluate(const std::vector<double>& b) const {
   Evaluation result(coefficients());
-  const std::size_t levels = cuts_ + 1;
   const std::vector<double> slopes = slopeTerms(b);
-  LevelFit fitted(levels);
-  std::vector<double> precision(levels);
-  std::vector<double> squares(cuts_);
-  std::vector<double> neighbours(cuts_);
-  std::vector<Lane> mixed(cuts_);
+  LevelFit fitted(counts_.levels());
+  OrdinalSums sums(cuts_);
   DoubleDouble logLikelihood;
   patterns_.forBlocks([&](const Block& block) {
-    Lane weights;
-    Lane residuals;
     double ofBlock = 0;
     for (std::size_t i = 0; i < block.count; ++i) {
       const std::size_t g = block.first + i;
       fit(b, slopes[g], fitted);
-      const std::vector<double>& f = fitted.density;
-      const auto slopeOf = [&f](std::size_t level) { return f[level + 1] - f[level]; };
-
-      residuals[i] = 0;
-      for (const LevelCounts::Cell& cell : counts_.of(g)) {
-        const double probability = fitted.probability[cell.level];
-        ofBlock +=
-            probability > 0 ? cell.count * std::log(probability) : -std::numeric_limits<double>::infinity();
-        const double ratio = cell.count / probability;
-        if (cell.level < cuts_) result.score[cell.level] += ratio * f[cell.level + 1];
-        if (cell.level > 0) result.score[cell.level - 1] -= ratio * f[cell.level];
-        residuals[i] += ratio * slopeOf(cell.level);
-      }
-
-      // The score took the densities as they are; the weights are held off 0.
-      for (std::size_t cut = 1; cut <= cuts_; ++cut) fitted.density[cut] = Link::offZero(f[cut]);
-      const double m = counts_.rowsOfPattern(g);
-      weights[i] = 0;
-      for (std::size_t level = 0; level < levels; ++level) {
-        precision[level] = m / std::max(fitted.probability[level], probabilityGuard);
-        weights[i] += precision[level] * slopeOf(level) * slopeOf(level);
-      }
-      for (std::size_t j = 0; j < cuts_; ++j) {
-        squares[j] += f[j + 1] * f[j + 1] * (precision[j] + precision[j + 1]);
-        neighbours[j] += f[j + 1] * f[j + 2] * precision[j + 1];
-        mixed[j][i] = f[j + 1] * (precision[j] * slopeOf(j) - precision[j + 1] * slopeOf(j + 1));
-      }
+      ofBlock += sums.observe(counts_.of(g), fitted, i);
+      sums.inform(counts_.rowsOfPattern(g), fitted, i);
     }
     logLikelihood = logLikelihood + DoubleDouble{ofBlock};
-    addProducts(patterns_, block, weights, 1, cuts_, cuts_, result.information);
+    addProducts(patterns_, block, sums.weights, 1, cuts_, cuts_, result.information);
     for (std::size_t j = 0; j < patterns_.predictors(); ++j) {
       const std::span<const double> x = patterns_.column(j + 1, block);
-      result.score[cuts_ + j] += laneProduct(x, residuals);
+      result.score[cuts_ + j] += laneProduct(x, sums.residuals);
       for (std::size_t cut = 0; cut < cuts_; ++cut) {
         result.information(static_cast<Index>(cuts_ + j + 1), static_cast<Index>(cut + 1)) +=
-            laneProduct(x, mixed[cut]);
+            laneProduct(x, sums.mixed[cut]);
       }
     }
   });
   result.logLikelihood = logLikelihood.rounded();
+  std::copy(sums.cutScores.begin(), sums.cutScores.end(), result.score.begin());
   for (std::size_t j = 0; j < cuts_; ++j) {
     const auto place = static_cast<Index>(j + 1);
-    result.information(place, place) = squares[j];
-    if (j + 1 < cuts_) result.information(place + 1, place) = -neighbours[j];
+    result.information(place, place) = sums.squares[j];
+    if (j + 1 < cuts_) result.information(place + 1, place) = -sums.neighbours[j];
   }
   return result;
 }
