@@ -65,22 +65,26 @@ class MovingRangeSigma {
 
 /// A historical value for each part where there is one, else `NoValue`.
 std::vector<double> historical(const DoubleArray& values, std::size_t parts) {
-  if (!values.filled()) return std::vector<double>(parts, NoValue);
+  std::vector<double> result(parts, NoValue);
+  if (!values.filled()) return result;
   const std::span<const double> given = values.vector();
   if (given.size() < parts) raise(FailureNumber::OutOfRange, "there are fewer historical values than parts");
-  return {given.begin(), given.begin() + static_cast<Index>(parts)};
+  std::copy_n(given.begin(), parts, result.begin());
+  return result;
 }
 
 std::vector<double> constantSigmas(const std::vector<Group>& groups, std::size_t parts, double length) {
   MovingRangeSigma pooled;
   for (const Group& group : groups) pooled.add(group, length);
-  return std::vector<double>(parts, pooled.sigma(length));
+  std::vector<double> sigmas(parts, pooled.sigma(length));
+  return sigmas;
 }
 
 std::vector<double> sigmasOfParts(const std::vector<Group>& groups, std::size_t parts, double length) {
   std::vector<MovingRangeSigma> ofParts(parts);
   for (const Group& group : groups) ofParts[group.part].add(group, length);
   std::vector<double> sigmas;
+  sigmas.reserve(parts);
   for (const MovingRangeSigma& part : ofParts) sigmas.push_back(part.sigma(length));
   return sigmas;
 }
