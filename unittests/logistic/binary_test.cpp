@@ -235,6 +235,30 @@ TEST_F(BinaryRegression, EndsWhereTheDataAreSeparated) {
   EXPECT_NEAR(logLikelihood, 4 * std::log(0.4) + 6 * std::log(0.6), 1e-7);
 }
 
+// Faults: a fit that ends beside the maximum, or before it begins, where one observation is all but
+// impossible. Expected: mpmath, the root of the score at 40 digits.
+TEST_F(BinaryRegression, ReachesTheMaximumDespiteAnOutlier) {
+  struct Expected {
+    const char* link;
+    DoubleArray coefficients;
+    double logLikelihood;
+  };
+  const std::vector<Expected> all{{"Normit", {-0.2705242136340325, 0.7247007609087607}, -1340.921598207178},
+                                  {"Gompit", {-0.6265808694970644, 0.41151873344183}, -1581.52641805555}};
+  for (const Expected& expected : all) {
+    SCOPED_TRACE(expected.link);
+    fit({{{-2}, {570, 30}},
+         {{-1}, {510, 90}},
+         {{0}, {390, 210}},
+         {{1}, {200, 400}},
+         {{2}, {40, 560}},
+         {{12}, {1, 0}}},
+        expected.link);
+    EXPECT_TRUE(areClose(columnFrom(table, Coefficients::Coefficient), expected.coefficients, 1e-4));
+    EXPECT_TRUE(isClose(logLikelihood, expected.logLikelihood, 1e-10));
+  }
+}
+
 // Faults: fits of what cannot be fitted. Numbers as documented.
 TEST_F(BinaryRegression, RefusesWhatItCannotFit) {
   EXPECT_EQ(failureOf({{{1}, {3, 0}}, {{2}, {2, 0}}}), 5) << "no event";

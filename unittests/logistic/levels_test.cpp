@@ -102,6 +102,21 @@ TEST_F(OrdinalRegression, SettlesOnSmallSamples) {
   EXPECT_TRUE(isClose(logLikelihood, -27.6700149591742, 1e-11));
 }
 
+// Faults: a fit that ends beside the maximum where one observation is all but impossible. Expected: mpmath,
+// the root of the score at 40 digits.
+TEST_F(OrdinalRegression, ReachesTheMaximumDespiteAnOutlier) {
+  fit(Observations({{{-2}, {500, 80, 20}},
+                    {{-1}, {400, 150, 50}},
+                    {{0}, {200, 250, 150}},
+                    {{1}, {60, 200, 340}},
+                    {{2}, {20, 80, 500}},
+                    {{30}, {1, 0, 0}}}),
+      "Normit");
+  EXPECT_TRUE(areClose(columnFrom(table, Coefficients::Coefficient),
+                       {-0.3746080889459312, 0.5330045943059714, -0.5683121563058569}, 1e-4));
+  EXPECT_TRUE(isClose(logLikelihood, -2545.314676384225, 1e-10));
+}
+
 // Faults: a message that is an error or fills something; a gap between levels taken for a smaller model.
 TEST_F(OrdinalRegression, RefusesWhatItCannotFit) {
   std::vector<std::string> messages;

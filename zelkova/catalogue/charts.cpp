@@ -11,10 +11,9 @@ void describeCharts(std::vector<Class>& classes) {
   const char* const testRules =
       "A mark stands at the last point of its pattern. No pattern crosses a phase (the point before the "
       "first step of test 3 or 4 may lie in the one before), and one with an empty point or line does not "
-      "signal, "
-      "but for test 3, which looks at its last point only. A point on the centre line counts with both sides "
-      "in test 2. Tests 5 and 6 want all k + 1 points on one side of the centre line, the last of them among "
-      "the far ones.";
+      "signal, but for test 3, which looks at its last point only. A point on the centre line counts with "
+      "both sides in test 2. Tests 5 and 6 want all k + 1 points on one side of the centre line, the last of "
+      "them among the far ones.";
   const char* const k1 = "test 1: a point more than k sigma from the centre line; blank for no test";
   const char* const k2 = "test 2: k points in a row on one side of the centre line";
   const char* const k3 = "test 3: k steps in a row, all up or all down";
@@ -71,16 +70,16 @@ void describeCharts(std::vector<Class>& classes) {
               optionalText("HistSDWithin", "historical within-subgroup sigma, IMRRS1 to 3"))
           .note(
               "INDIVIDUAL, MR, XBAR, RCHART, SCHART: Shewhart's charts of variables. MA and EWMA take rows "
-              "as "
-              "individual values where the labels number them (the last less the first plus 1 is the number "
+              "as individual values where the labels number them (the last less the first plus 1 is the "
+              "number "
               "of rows of the phase), and subgroup means otherwise. IMRRS1 to 3: subgroup means about their "
               "own moving range, that moving range, and the spread within subgroups (S chart for Sbar and "
               "for a pooled estimate of subgroups of 10 or more, else R chart).")
           .note(
               "Sigma estimates are compared ignoring case, but exactly for IMRRS1 to 3. A name that is none "
               "makes sigma 0, and so does Sbar for RCHART and Rbar for SCHART: the limits lie on the centre "
-              "line. An XBAR phase without a subgroup of two "
-              "values takes the average moving range of 2, an RCHART or SCHART phase has no lines then.")
+              "line. An XBAR phase without a subgroup of two values takes the average moving range of 2, an "
+              "RCHART or SCHART phase has no lines then.")
           .note(
               "The tests for special causes see the lines at one sigma, whatever multipliers and bounds are "
               "drawn.")
@@ -103,8 +102,8 @@ void describeCharts(std::vector<Class>& classes) {
               upperLimits, Note("CumZoneScore", "the running sum of the scores"), dividerX, dividerY)
           .note(
               "A mean on a border belongs to the zone inside it. The sum begins anew where a mean lies on "
-              "the "
-              "other side of the centre from the one before; a mean exactly on the centre is no crossing. A "
+              "the other side of the centre from the one before; a mean exactly on the centre is no "
+              "crossing. A "
               "phase whose sigma cannot be estimated has neither positions nor sums. The lines are those of "
               "the positions: multipliers of 1, 2, 3 draw the borders of the zones.")
           .method(

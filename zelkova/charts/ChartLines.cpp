@@ -37,8 +37,7 @@ DoubleArray drawnLimits(std::span<const double> centre, std::span<const double> 
       limits.insert(limits.end(), piece.data(), piece.data() + count);
     }
   }
-  return DoubleArray(static_cast<Index>(centre.size()), static_cast<Index>(multipliers.size()),
-                     std::move(limits));
+  return {static_cast<Index>(centre.size()), static_cast<Index>(multipliers.size()), std::move(limits)};
 }
 
 }  // namespace

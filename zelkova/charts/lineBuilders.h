@@ -14,7 +14,7 @@ struct Phase {
   std::span<const double> y;
   std::span<const std::string> x;
 
-  Subgroups subgroups() const { return Subgroups(y, x); }
+  Subgroups subgroups() const { return {y, x}; }
 };
 
 /// The options of a chart, as the caller's texts: a chart reads, and refuses, only those that it needs.

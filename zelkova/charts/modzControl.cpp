@@ -102,9 +102,7 @@ double sigmaMedianMRMeans(const Subgroups& subgroups, double w) {
 
 namespace {
 
-control::Subgroups split(const DoubleArray& Y, const StringArray& L) {
-  return control::Subgroups(Y.vector(), L.vector());
-}
+control::Subgroups split(const DoubleArray& Y, const StringArray& L) { return {Y.vector(), L.vector()}; }
 
 template <class Statistic>
 DoubleArray ofEach(const control::Subgroups& subgroups, Statistic statistic) {

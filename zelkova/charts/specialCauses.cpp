@@ -260,7 +260,7 @@ StringArray failedTests(const ChartLines& chart, const std::vector<Index>& phase
   // All tests at once: on a chart of a million points the marks are far larger than the flags.
   std::vector<std::string> marks(n);
   any.forEach(n, [&](std::size_t i) {
-    std::array<char, 3 * 8> text{};
+    std::array<char, 24> text{};
     std::size_t length = 0;
     for (const Signals& signal : signals) {
       if (!signal.flags[i]) continue;

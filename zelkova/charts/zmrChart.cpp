@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 #include "zelkova/charts/ChartLines.h"
@@ -21,15 +22,22 @@ struct Group {
   std::vector<double> values;
 };
 
-std::vector<Group> groupsOf(std::span<const double> y, const Levels& parts,
-                            const std::vector<Index>& runStarts, bool byRuns) {
-  std::vector<Group> groups(byRuns ? runStarts.size() : static_cast<std::size_t>(parts.count()));
-  std::size_t run = 0;
+/// The number of its run for each of `rows` rows.
+std::vector<Index> runCodes(const std::vector<Index>& runStarts, std::size_t rows) {
+  std::vector<Index> codes(rows);
+  for (const Index start : runStarts) codes[static_cast<std::size_t>(start)] = 1;
+  // The first run has number 0.
+  codes.front() = 0;
+  std::partial_sum(codes.begin(), codes.end(), codes.begin());
+  return codes;
+}
+
+/// The groups that `codes` number, from 0 on; each lies within a part.
+std::vector<Group> groupsOf(std::span<const double> y, const std::vector<Index>& codes, const Levels& parts) {
+  std::vector<Group> groups(static_cast<std::size_t>(*std::max_element(codes.begin(), codes.end())) + 1);
   for (std::size_t row = 0; row < y.size(); ++row) {
-    if (run + 1 < runStarts.size() && static_cast<Index>(row) == runStarts[run + 1]) ++run;
-    const auto part = static_cast<std::size_t>(parts.codes()[row]);
-    Group& group = groups[byRuns ? run : part];
-    group.part = part;
+    Group& group = groups[static_cast<std::size_t>(codes[row])];
+    group.part = static_cast<std::size_t>(parts.codes()[row]);
     group.rows.push_back(row);
     group.values.push_back(y[row]);
   }
@@ -57,22 +65,26 @@ class MovingRangeSigma {
 
 /// A historical value for each part where there is one, else `NoValue`.
 std::vector<double> historical(const DoubleArray& values, std::size_t parts) {
-  if (!values.filled()) return std::vector<double>(parts, NoValue);
+  std::vector<double> result(parts, NoValue);
+  if (!values.filled()) return result;
   const std::span<const double> given = values.vector();
   if (given.size() < parts) raise(FailureNumber::OutOfRange, "there are fewer historical values than parts");
-  return {given.begin(), given.begin() + static_cast<Index>(parts)};
+  std::copy_n(given.begin(), parts, result.begin());
+  return result;
 }
 
 std::vector<double> constantSigmas(const std::vector<Group>& groups, std::size_t parts, double length) {
   MovingRangeSigma pooled;
   for (const Group& group : groups) pooled.add(group, length);
-  return std::vector<double>(parts, pooled.sigma(length));
+  std::vector<double> sigmas(parts, pooled.sigma(length));
+  return sigmas;
 }
 
 std::vector<double> sigmasOfParts(const std::vector<Group>& groups, std::size_t parts, double length) {
   std::vector<MovingRangeSigma> ofParts(parts);
   for (const Group& group : groups) ofParts[group.part].add(group, length);
   std::vector<double> sigmas;
+  sigmas.reserve(parts);
   for (const MovingRangeSigma& part : ofParts) sigmas.push_back(part.sigma(length));
   return sigmas;
 }
@@ -143,7 +155,8 @@ void yControlChart::ZMROutput(const DoubleArray& dy, const StringArray& dx, cons
   const std::vector<Index> runStarts = control::runStarts(dx.vector(), y.size());
   const Levels parts(dx.vector().first(y.size()));
   const auto partCount = static_cast<std::size_t>(parts.count());
-  const std::vector<Group> groups = groupsOf(y, parts, runStarts, GroupType == byRuns);
+  const std::vector<Group> groups =
+      groupsOf(y, GroupType == byRuns ? runCodes(runStarts, y.size()) : parts.codes(), parts);
 
   const std::vector<double> givenMeans = historical(HistMean, partCount);
   const std::vector<double> givenSigmas = historical(HistSD, partCount);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <span>
 #include <string>
@@ -29,6 +30,9 @@ struct Block {
   std::size_t first;
   std::size_t count;
 };
+
+/// A number for each pattern of a block.
+using Lane = std::array<double, Block::longest>;
 
 /// The predictors of a model, identical rows gathered into patterns in order of first appearance.
 ///
@@ -84,6 +88,17 @@ class LevelCounts {
   /// The levels that occur in a pattern, ascending.
   std::span<const Cell> of(std::size_t pattern) const {
     return std::span(cells_).subspan(starts_[pattern], starts_[pattern + 1] - starts_[pattern]);
+  }
+
+  /// Calls visit(level, count) for every level, those that do not occur in the pattern too.
+  template <class Visit>
+  void forLevels(std::size_t pattern, Visit visit) const {
+    std::span<const Cell> left = of(pattern);
+    for (std::size_t level = 0; level < levels(); ++level) {
+      const bool occurs = !left.empty() && left.front().level == level;
+      visit(level, occurs ? left.front().count : 0);
+      if (occurs) left = left.subspan(1);
+    }
   }
 
   /// Rows of a pattern, of a level, and in all.

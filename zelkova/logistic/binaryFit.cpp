@@ -12,7 +12,46 @@ namespace zelkova {
 
 namespace {
 
-using Lane = std::array<double, Block::longest>;
+/// The logarithm of a product of probabilities, by far fewer logarithms than factors.
+class LogProduct {
+ public:
+  void times(const Probability& factor, double count) {
+    if (count != 1 || factor.p < smallest) {
+      sum_ += count * logOf(factor);
+      return;
+    }
+    product_ *= factor.p;
+    if (product_ >= smallest) return;
+    sum_ += std::log(product_);
+    product_ = 1;
+  }
+
+  double logarithm() const { return sum_ + std::log(product_); }
+
+ private:
+  /// The product of two such factors is far from a double's lower end.
+  static constexpr double smallest = 1E-140;
+
+  double sum_ = 0;
+  double product_ = 1;
+};
+
+/// x'Vx of each pattern of a block, by the lower triangle of V: the diagonal once, the rest twice.
+Lane quadraticForms(const CovariatePatterns& patterns, const Block& block, const DoubleArray& v) {
+  Lane forms{};
+  for (std::size_t i = 0; i <= patterns.predictors(); ++i) {
+    Lane row{};
+    for (std::size_t j = 0; j <= i; ++j) {
+      const double element = v(static_cast<Index>(i + 1), static_cast<Index>(j + 1));
+      const double share = i == j ? element : 2 * element;
+      const std::span<const double> x = patterns.column(j, block);
+      for (std::size_t k = 0; k < block.count; ++k) row[k] += share * x[k];
+    }
+    const std::span<const double> x = patterns.column(i, block);
+    for (std::size_t k = 0; k < block.count; ++k) forms[k] += row[k] * x[k];
+  }
+  return forms;
+}
 
 }  // namespace
 
@@ -55,7 +94,12 @@ std::vector<double> BinaryModel::start() const {
       sums.score[j] += laneProduct(patterns_.column(j, block), responses);
     }
   });
-  return Information(sums.information).solve(std::move(sums.score));
+  std::vector<double> b = Information(sums.information).solve(std::move(sums.score));
+  constexpr double reach = 5;
+  double farthest = reach;
+  for (const double eta : linearPredictors(b)) farthest = std::max(farthest, std::abs(eta));
+  for (double& coefficient : b) coefficient *= reach / farthest;
+  return b;
 }
 
 void BinaryModel::linearPredictors(const std::vector<double>& b, const Block& block,
@@ -82,20 +126,28 @@ Evaluation BinaryModel::evaluate(const std::vector<double>& b) const {
     Lane eta;
     Lane weights;
     Lane residuals;
-    double ofBlock = 0;
+    LogProduct ofBlock;
     linearPredictors(b, block, std::span(eta).first(block.count));
     for (std::size_t i = 0; i < block.count; ++i) {
       const double y = events_[block.first + i];
       const double rest = others_[block.first + i];
       const Probability fitted = link_.LinkCDF(eta[i]);
-      const double density = link_.LinkPDF(eta[i], fitted);
-      const double factor = density / fitted.guardedVariance();
-      weights[i] = (y + rest) * density * factor;
-      residuals[i] = (y * fitted.complement - rest * fitted.p) * factor;
-      if (y > 0) ofBlock += y * logOf(fitted);
-      if (rest > 0) ofBlock += rest * logOf(fitted.opposite());
+      const double density = link_.density(eta[i], fitted);
+      const double heldOff = Link::offZero(density);
+      weights[i] = (y + rest) * heldOff * heldOff / fitted.guardedVariance();
+      // The gradient is exact: with guards a fit would stop beside the maximum where an observation is all
+      // but impossible.
+      residuals[i] = 0;
+      if (y > 0) {
+        residuals[i] += y * (density / fitted.p);
+        ofBlock.times(fitted, y);
+      }
+      if (rest > 0) {
+        residuals[i] -= rest * (density / fitted.complement);
+        ofBlock.times(fitted.opposite(), rest);
+      }
     }
-    logLikelihood = logLikelihood + DoubleDouble{ofBlock};
+    logLikelihood = logLikelihood + DoubleDouble{ofBlock.logarithm()};
     addProducts(patterns_, block, weights, 0, 0, 0, result.information);
     for (std::size_t j = 0; j < b.size(); ++j) {
       result.score[j] += laneProduct(patterns_.column(j, block), residuals);
@@ -105,9 +157,9 @@ Evaluation BinaryModel::evaluate(const std::vector<double>& b) const {
   return result;
 }
 
-PatternFit::PatternFit(const BinaryModel& model, const Maximum& maximum)
-    : eta(model.linearPredictors(maximum.coefficients)) {
+PatternFit::PatternFit(const BinaryModel& model, const Maximum& maximum) {
   const CovariatePatterns& patterns = model.patterns();
+  const std::vector<double> eta = model.linearPredictors(maximum.coefficients);
   const auto count = static_cast<Index>(patterns.count());
   probability = DoubleArray(count);
   pearson = DoubleArray(count);
@@ -128,21 +180,8 @@ PatternFit::PatternFit(const BinaryModel& model, const Maximum& maximum)
     h[g] = m * density * density / p.guardedVariance();
   }
 
-  const std::size_t columns = patterns.predictors() + 1;
   patterns.forBlocks([&](const Block& block) {
-    Lane forms{};
-    for (std::size_t i = 0; i < columns; ++i) {
-      // x'Vx by its lower triangle: the diagonal once, the rest twice.
-      Lane row{};
-      for (std::size_t j = 0; j <= i; ++j) {
-        const double v = maximum.covariance(static_cast<Index>(i + 1), static_cast<Index>(j + 1));
-        const double share = i == j ? v : 2 * v;
-        const std::span<const double> x = patterns.column(j, block);
-        for (std::size_t k = 0; k < block.count; ++k) row[k] += share * x[k];
-      }
-      const std::span<const double> x = patterns.column(i, block);
-      for (std::size_t k = 0; k < block.count; ++k) forms[k] += row[k] * x[k];
-    }
+    const Lane forms = quadraticForms(patterns, block, maximum.covariance);
     for (std::size_t k = 0; k < block.count; ++k) {
       h[block.first + k] = std::clamp(h[block.first + k] * forms[k], 0.0, 1.0);
     }

@@ -18,7 +18,8 @@ class BinaryModel {
   /// Level 1 of `counts` is the event.
   BinaryModel(const CovariatePatterns& patterns, const LevelCounts& counts, const Link& link);
 
-  /// The first step of reweighted least squares, from fitted probabilities of (y + 0.5)/2.
+  /// The first step of reweighted least squares, from fitted probabilities of (y + 0.5)/2; shortened where a
+  /// linear predictor would come to lie so far out that its observation has no likelihood.
   std::vector<double> start() const;
 
   Evaluation evaluate(const std::vector<double>& b) const;
@@ -47,7 +48,6 @@ class BinaryModel {
 struct PatternFit {
   PatternFit(const BinaryModel& model, const Maximum& maximum);
 
-  std::vector<double> eta;
   std::vector<Probability> fitted;
   DoubleArray probability;
 

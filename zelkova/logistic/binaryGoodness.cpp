@@ -81,8 +81,8 @@ class BrownTest {
     DoubleArray information(static_cast<Index>(columns), static_cast<Index>(columns), 0.0);
     std::array<std::vector<double>, 2> mixed{std::vector<double>(columns), std::vector<double>(columns)};
     patterns.forBlocks([&](const Block& block) {
-      std::array<double, Block::longest> weights;
-      std::array<std::array<double, Block::longest>, 2> weighted;
+      Lane weights;
+      std::array<Lane, 2> weighted;
       for (std::size_t i = 0; i < block.count; ++i) {
         const std::size_t g = block.first + i;
         const Probability& p = fit.fitted[g];

@@ -33,20 +33,16 @@ Probability Link::LinkCDF(double eta) const {
   return {};
 }
 
-double Link::LinkPDF(double eta, const Probability& fitted) const {
-  constexpr double floor = 1E-10;
-  const auto density = [&] {
-    switch (kind_) {
-      case Kind::Logit:
-        return fitted.p * fitted.complement;
-      case Kind::Normit:
-        return normalPeak_ * std::exp(-eta * eta / 2);
-      case Kind::Gompit:
-        return std::exp(eta - std::exp(eta));
-    }
-    return 0.0;
-  };
-  return std::max(density(), floor);
+double Link::density(double eta, const Probability& fitted) const {
+  switch (kind_) {
+    case Kind::Logit:
+      return fitted.p * fitted.complement;
+    case Kind::Normit:
+      return normalPeak_ * std::exp(-eta * eta / 2);
+    case Kind::Gompit:
+      return std::exp(eta - std::exp(eta));
+  }
+  return 0;
 }
 
 double Link::LinkInverse(double p) const {

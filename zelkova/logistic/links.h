@@ -8,7 +8,7 @@
 
 namespace zelkova {
 
-/// Fitted probabilities are held off 0 and 1 by this much wherever they divide.
+/// Fitted probabilities are held off 0 and 1 by this much in the weights of a fit.
 inline constexpr double probabilityGuard = 1E-10;
 
 /// A probability and its complement, each to its own full precision.
@@ -40,9 +40,16 @@ class Link {
   /// The probability at `eta`.
   Probability LinkCDF(double eta) const;
 
-  /// Its derivative, at least 1E-10, so that no weight vanishes and no division by it overflows. `fitted` is
-  /// the probability at `eta`.
-  double LinkPDF(double eta, const Probability& fitted) const;
+  /// Its derivative; `fitted` is the probability at `eta`.
+  double density(double eta, const Probability& fitted) const;
+
+  /// The same held off 0, so that no weight vanishes and no division by it overflows.
+  double LinkPDF(double eta, const Probability& fitted) const { return offZero(density(eta, fitted)); }
+
+  static double offZero(double density) {
+    constexpr double floor = 1E-10;
+    return std::max(density, floor);
+  }
 
   /// The linear predictor of a probability, which is held 1E-10 off 0 and 1.
   double LinkInverse(double p) const;

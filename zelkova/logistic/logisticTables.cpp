@@ -108,6 +108,21 @@ double devianceTerm(double observed, double expected) {
   return observed == 0 ? 0 : observed * checked::log(checked::quotient(observed, expected));
 }
 
+void LevelFitness::add(double observed, double expected) {
+  pearson += pearsonTerm(observed, expected);
+  deviance += 2 * devianceTerm(observed, expected);
+}
+
+DoubleArray LevelFitness::table(WorksheetFunction& host, const LevelCounts& counts,
+                                std::size_t coefficients) const {
+  const double df = static_cast<double>(counts.patterns()) * (static_cast<double>(counts.levels()) - 1) -
+                    static_cast<double>(coefficients);
+  DoubleArray result(2, GoodnessOfFit::size, NoValue);
+  setGoodnessRow(host, result, 1, pearson, df);
+  setGoodnessRow(host, result, 2, deviance, df);
+  return result;
+}
+
 TiedOrder::TiedOrder(std::span<const double> scores) {
   constexpr double tie = 1E-9;
   std::vector<order::Row> rows = order::rowsOf(scores);

@@ -45,6 +45,17 @@ class CoefficientTable {
 /// no p-value.
 void setGoodnessRow(WorksheetFunction& host, DoubleArray& table, Index row, double chiSquare, double df);
 
+/// Chi-squares over all patterns and levels.
+struct LevelFitness {
+  double pearson = 0;
+  double deviance = 0;
+
+  void add(double observed, double expected);
+
+  /// `GOFtable` of a model of `coefficients` for `counts`.
+  DoubleArray table(WorksheetFunction& host, const LevelCounts& counts, std::size_t coefficients) const;
+};
+
 /// The squared Pearson residual of a count: (observed - expected) squared over expected. Failure 11 for what
 /// is observed and cannot be.
 double pearsonTerm(double observed, double expected);

@@ -1,7 +1,6 @@
 #include "zelkova/logistic/newton.h"
 
 #include <algorithm>
-#include <array>
 
 #include "zelkova/kit/matrixSet.h"
 #include "zelkova/kit/modzMatrixOps.h"
@@ -11,7 +10,7 @@ namespace zelkova {
 
 void addProducts(const CovariatePatterns& patterns, const Block& block, std::span<const double> weights,
                  std::size_t fromColumn, std::size_t row, std::size_t column, DoubleArray& information) {
-  std::array<double, Block::longest> weighted;
+  Lane weighted;
   const std::size_t size = patterns.predictors() + 1 - fromColumn;
   for (std::size_t i = 0; i < size; ++i) {
     const std::span<const double> left = patterns.column(fromColumn + i, block);

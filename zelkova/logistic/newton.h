@@ -71,8 +71,10 @@ std::vector<double> along(std::vector<double> b, const std::vector<double>& step
 /// Climbs from `b` by the steps inverse information times score until the log-likelihood changes by less
 /// than 1E-8. Further steps settle the last digits of the coefficients, as long as each promises less than a
 /// quarter of the gain of the one before: those of data that are separated in part do not, and would only
-/// lead further out. A step that leads down is halved, which counts as another. After 100 steps, of which
-/// `taken` led to `b`, the point reached is the answer. `model.evaluate(b)` answers an `Evaluation`.
+/// lead further out. A step that gains less than half of what it promises is halved, which counts as another:
+/// beside an outlier the expected information is so far below the observed that whole steps swing from side
+/// to side. After 100 steps, of which `taken` led to `b`, the point reached is the answer.
+/// `model.evaluate(b)` answers an `Evaluation`.
 template <class Model>
 Maximum maximise(const Model& model, std::vector<double> b, int taken) {
   constexpr double worthwhileGain = 1E-20;
@@ -88,16 +90,16 @@ Maximum maximise(const Model& model, std::vector<double> b, int taken) {
     if (standsStill && (gain < worthwhileGain || gain > lastGain / 4)) break;
     lastGain = gain;
 
-    const auto leadsDown = [&](const Evaluation& there) {
-      return !(there.logLikelihood >= here.logLikelihood - newton::enough);
-    };
     double length = 1;
+    const auto fallsShort = [&](const Evaluation& there) {
+      return !(there.logLikelihood >= here.logLikelihood + length * gain / 2 - newton::enough);
+    };
     Evaluation next = model.evaluate(newton::along(b, step, length));
-    for (; leadsDown(next) && iteration < newton::mostIterations; ++iteration) {
+    for (; fallsShort(next) && iteration < newton::mostIterations; ++iteration) {
       length /= 2;
       next = model.evaluate(newton::along(b, step, length));
     }
-    if (leadsDown(next)) break;
+    if (fallsShort(next)) break;
     b = newton::along(std::move(b), step, length);
     standsStill = standsStill || std::abs(next.logLikelihood - here.logLikelihood) < newton::enough;
     here = std::move(next);

@@ -20,8 +20,6 @@ namespace zelkova {
 
 namespace {
 
-using Lane = std::array<double, Block::longest>;
-
 /// The levels of a response by their texts, in order of first appearance.
 struct TextLevels {
   std::vector<std::string> texts;
@@ -84,8 +82,7 @@ class NominalModel {
 
   Evaluation evaluate(const std::vector<double>& b) const;
 
-  /// Pearson and deviance.
-  std::pair<double, double> goodness(const std::vector<double>& b) const;
+  LevelFitness goodness(const std::vector<double>& b) const;
 
  private:
   /// The fitted probabilities in a block of patterns, by level; and the complements, to their own precision.
@@ -177,26 +174,19 @@ Evaluation NominalModel::evaluate(const std::vector<double>& b) const {
   return result;
 }
 
-std::pair<double, double> NominalModel::goodness(const std::vector<double>& b) const {
-  double pearson = 0;
-  double deviance = 0;
+LevelFitness NominalModel::goodness(const std::vector<double>& b) const {
+  LevelFitness result;
   BlockFit fitted(others_ + 1);
   patterns_.forBlocks([&](const Block& block) {
     fit(b, block, fitted);
     for (std::size_t i = 0; i < block.count; ++i) {
       const double m = counts_.rowsOfPattern(block.first + i);
-      std::span<const LevelCounts::Cell> cells = counts_.of(block.first + i);
-      for (std::size_t level = 0; level <= others_; ++level) {
-        const bool occurs = !cells.empty() && cells.front().level == level;
-        const double observed = occurs ? cells.front().count : 0;
-        if (occurs) cells = cells.subspan(1);
-        const double expected = m * fitted.probability[level][i];
-        pearson += pearsonTerm(observed, expected);
-        deviance += 2 * devianceTerm(observed, expected);
-      }
+      counts_.forLevels(block.first + i, [&](std::size_t level, double observed) {
+        result.add(observed, m * fitted.probability[level][i]);
+      });
     }
   });
-  return {pearson, deviance};
+  return result;
 }
 
 }  // namespace
@@ -211,8 +201,7 @@ void yLogistic::Nominal_regression(const VariantArray& Y, const VariantArray& x,
   if (reference == levels.texts.end()) matrix::raise(MatrixFailure::Singular);
   if (levels.texts.size() == 1) raise(FailureNumber::InvalidCall, "Y has a single level");
   setAside(static_cast<std::size_t>(reference - levels.texts.begin()), levels);
-  const auto k = static_cast<double>(levels.texts.size());
-  checkCoefficients(k - 1);
+  checkCoefficients(static_cast<double>(levels.texts.size()) - 1);
   const CovariatePatterns patterns(x, levels.codes.size());
   const LevelCounts counts(patterns, levels.codes, levels.texts.size());
   const NominalModel model(patterns, counts);
@@ -227,13 +216,7 @@ void yLogistic::Nominal_regression(const VariantArray& Y, const VariantArray& x,
     coefficients.addOddsRatios();
   }
 
-  const auto [pearson, deviance] = model.goodness(maximum.coefficients);
-  DoubleArray goodness(2, GoodnessOfFit::size, NoValue);
-  const double df =
-      static_cast<double>(patterns.count()) * (k - 1) - static_cast<double>(model.coefficients());
-  setGoodnessRow(host, goodness, 1, pearson, df);
-  setGoodnessRow(host, goodness, 2, deviance, df);
-
+  DoubleArray goodness = model.goodness(maximum.coefficients).table(host, counts, model.coefficients());
   levels.texts.pop_back();
   regtable = coefficients.table();
   loglikelihood = maximum.logLikelihood;

@@ -19,8 +19,6 @@ namespace zelkova {
 
 namespace {
 
-using Lane = std::array<double, Block::longest>;
-
 /// The level of each observation, counted from 0 at `lowest`.
 std::vector<Index> levelsFrom(const std::vector<double>& response, double lowest, double levelCount) {
   const auto raiseGap = [] {
@@ -95,76 +93,103 @@ void OrdinalModel::fit(const std::vector<double>& b, double slopes, LevelFit& re
     const Probability upTo = link_.LinkCDF(eta);
     // Of the two differences, the one of the smaller numbers keeps its digits.
     result.probability[level] = below.p > 0.5 ? below.complement - upTo.complement : upTo.p - below.p;
-    result.density[level + 1] = link_.LinkPDF(eta, upTo);
+    result.density[level + 1] = link_.density(eta, upTo);
     below = upTo;
   }
   result.probability[cuts_] = below.complement;
 }
 
+/// What the patterns add to the score and the information: summed for the cut points; for the slopes, by
+/// pattern of the block at hand.
+class OrdinalSums {
+ public:
+  explicit OrdinalSums(std::size_t cuts)
+      : cutScores(cuts), squares(cuts), neighbours(cuts), mixed(cuts), precision_(cuts + 1) {}
+
+  /// Adds the observations of pattern `i` of the block to the score, and answers their log-likelihood.
+  double observe(std::span<const LevelCounts::Cell> cells, const OrdinalModel::LevelFit& fitted,
+                 std::size_t i) {
+    const std::vector<double>& f = fitted.density;
+    double logLikelihood = 0;
+    residuals[i] = 0;
+    for (const LevelCounts::Cell& cell : cells) {
+      const double probability = fitted.probability[cell.level];
+      logLikelihood +=
+          probability > 0 ? cell.count * std::log(probability) : -std::numeric_limits<double>::infinity();
+      const double ratio = cell.count / probability;
+      if (cell.level < cutScores.size()) cutScores[cell.level] += ratio * f[cell.level + 1];
+      if (cell.level > 0) cutScores[cell.level - 1] -= ratio * f[cell.level];
+      residuals[i] += ratio * (f[cell.level + 1] - f[cell.level]);
+    }
+    return logLikelihood;
+  }
+
+  /// Adds the information of `m` observations of pattern `i`; the densities and probabilities of `fitted` are
+  /// held off 0 in it.
+  void inform(double m, OrdinalModel::LevelFit& fitted, std::size_t i) {
+    std::vector<double>& f = fitted.density;
+    const std::size_t cuts = squares.size();
+    for (std::size_t cut = 1; cut <= cuts; ++cut) f[cut] = Link::offZero(f[cut]);
+    const auto slopeOf = [&f](std::size_t level) { return f[level + 1] - f[level]; };
+    weights[i] = 0;
+    for (std::size_t level = 0; level <= cuts; ++level) {
+      precision_[level] = m / std::max(fitted.probability[level], probabilityGuard);
+      weights[i] += precision_[level] * slopeOf(level) * slopeOf(level);
+    }
+    for (std::size_t j = 0; j < cuts; ++j) {
+      squares[j] += f[j + 1] * f[j + 1] * (precision_[j] + precision_[j + 1]);
+      neighbours[j] += f[j + 1] * f[j + 2] * precision_[j + 1];
+      mixed[j][i] = f[j + 1] * (precision_[j] * slopeOf(j) - precision_[j + 1] * slopeOf(j + 1));
+    }
+  }
+
+  std::vector<double> cutScores;
+  std::vector<double> squares;     ///< information of each cut point
+  std::vector<double> neighbours;  ///< that with the next one, its sign changed
+  Lane residuals;
+  Lane weights;
+  std::vector<Lane> mixed;  ///< of each cut point with the slopes
+
+ private:
+  std::vector<double> precision_;
+};
+
 Evaluation OrdinalModel::evaluate(const std::vector<double>& b) const {
   Evaluation result(coefficients());
-  const std::size_t levels = cuts_ + 1;
   const std::vector<double> slopes = slopeTerms(b);
-  LevelFit fitted(levels);
-  std::vector<double> precision(levels);
-  std::vector<double> squares(cuts_);
-  std::vector<double> neighbours(cuts_);
-  std::vector<Lane> mixed(cuts_);
+  LevelFit fitted(counts_.levels());
+  OrdinalSums sums(cuts_);
   DoubleDouble logLikelihood;
   patterns_.forBlocks([&](const Block& block) {
-    Lane weights;
-    Lane residuals;
     double ofBlock = 0;
     for (std::size_t i = 0; i < block.count; ++i) {
       const std::size_t g = block.first + i;
       fit(b, slopes[g], fitted);
-      const std::vector<double>& f = fitted.density;
-      const auto slopeOf = [&f](std::size_t level) { return f[level + 1] - f[level]; };
-
-      residuals[i] = 0;
-      for (const LevelCounts::Cell& cell : counts_.of(g)) {
-        const double probability = fitted.probability[cell.level];
-        ofBlock +=
-            probability > 0 ? cell.count * std::log(probability) : -std::numeric_limits<double>::infinity();
-        const double ratio = cell.count / std::max(probability, probabilityGuard);
-        if (cell.level < cuts_) result.score[cell.level] += ratio * f[cell.level + 1];
-        if (cell.level > 0) result.score[cell.level - 1] -= ratio * f[cell.level];
-        residuals[i] += ratio * slopeOf(cell.level);
-      }
-
-      const double m = counts_.rowsOfPattern(g);
-      weights[i] = 0;
-      for (std::size_t level = 0; level < levels; ++level) {
-        precision[level] = m / std::max(fitted.probability[level], probabilityGuard);
-        weights[i] += precision[level] * slopeOf(level) * slopeOf(level);
-      }
-      for (std::size_t j = 0; j < cuts_; ++j) {
-        squares[j] += f[j + 1] * f[j + 1] * (precision[j] + precision[j + 1]);
-        neighbours[j] += f[j + 1] * f[j + 2] * precision[j + 1];
-        mixed[j][i] = f[j + 1] * (precision[j] * slopeOf(j) - precision[j + 1] * slopeOf(j + 1));
-      }
+      ofBlock += sums.observe(counts_.of(g), fitted, i);
+      sums.inform(counts_.rowsOfPattern(g), fitted, i);
     }
     logLikelihood = logLikelihood + DoubleDouble{ofBlock};
-    addProducts(patterns_, block, weights, 1, cuts_, cuts_, result.information);
+    addProducts(patterns_, block, sums.weights, 1, cuts_, cuts_, result.information);
     for (std::size_t j = 0; j < patterns_.predictors(); ++j) {
       const std::span<const double> x = patterns_.column(j + 1, block);
-      result.score[cuts_ + j] += laneProduct(x, residuals);
+      result.score[cuts_ + j] += laneProduct(x, sums.residuals);
       for (std::size_t cut = 0; cut < cuts_; ++cut) {
         result.information(static_cast<Index>(cuts_ + j + 1), static_cast<Index>(cut + 1)) +=
-            laneProduct(x, mixed[cut]);
+            laneProduct(x, sums.mixed[cut]);
       }
     }
   });
   result.logLikelihood = logLikelihood.rounded();
+  std::copy(sums.cutScores.begin(), sums.cutScores.end(), result.score.begin());
   for (std::size_t j = 0; j < cuts_; ++j) {
     const auto place = static_cast<Index>(j + 1);
-    result.information(place, place) = squares[j];
-    if (j + 1 < cuts_) result.information(place + 1, place) = -neighbours[j];
+    result.information(place, place) = sums.squares[j];
+    if (j + 1 < cuts_) result.information(place + 1, place) = -sums.neighbours[j];
   }
   return result;
 }
 
-/// Pearson and deviance, and the mean level number of each pattern.
+/// How well the levels are fitted, and the mean level number of each pattern.
 struct OrdinalFit {
   OrdinalFit(const OrdinalModel& model, const LevelCounts& counts, const Maximum& maximum)
       : scores(counts.patterns()) {
@@ -172,21 +197,15 @@ struct OrdinalFit {
     OrdinalModel::LevelFit fitted(counts.levels());
     for (std::size_t g = 0; g < counts.patterns(); ++g) {
       model.fit(maximum.coefficients, slopes[g], fitted);
-      std::span<const LevelCounts::Cell> cells = counts.of(g);
-      for (std::size_t level = 0; level < counts.levels(); ++level) {
-        const bool occurs = !cells.empty() && cells.front().level == level;
-        const double observed = occurs ? cells.front().count : 0;
-        if (occurs) cells = cells.subspan(1);
-        const double expected = counts.rowsOfPattern(g) * fitted.probability[level];
-        pearson += pearsonTerm(observed, expected);
-        deviance += 2 * devianceTerm(observed, expected);
-        scores[g] += static_cast<double>(level + 1) * fitted.probability[level];
-      }
+      counts.forLevels(g, [&](std::size_t level, double observed) {
+        const double probability = fitted.probability[level];
+        fitness.add(observed, counts.rowsOfPattern(g) * probability);
+        scores[g] += static_cast<double>(level + 1) * probability;
+      });
     }
   }
 
-  double pearson = 0;
-  double deviance = 0;
+  LevelFitness fitness;
   std::vector<double> scores;
 };
 
@@ -223,11 +242,7 @@ void yLogistic::Ordinal_regression(const VariantArray& Y, const VariantArray& x,
   if (link.isLogit()) coefficients.addOddsRatios();
 
   const OrdinalFit fit(model, counts, maximum);
-  DoubleArray goodness(2, GoodnessOfFit::size, NoValue);
-  const double df =
-      static_cast<double>(patterns.count()) * (k - 1) - static_cast<double>(model.coefficients());
-  setGoodnessRow(host, goodness, 1, fit.pearson, df);
-  setGoodnessRow(host, goodness, 2, fit.deviance, df);
+  DoubleArray goodness = fit.fitness.table(host, counts, model.coefficients());
   Association association(counts, TiedOrder(fit.scores), pairsOfLevels(counts));
 
   regtable = coefficients.table();
