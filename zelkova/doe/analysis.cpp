@@ -106,6 +106,19 @@ std::vector<Index> factorsOf(const std::string& code, DesignKind kind, Index fac
   return result;
 }
 
+/// Failure 5012 where the runs stand in fewer than `blocks` blocks; all runs of other labels make up for one.
+/// The columns of the blocks are then dependent, and told so before thousands of them are multiplied out.
+void checkBlocksOfRuns(const Experiment& experiment, Index blocks) {
+  doe::checkCovers(experiment.db.size(), experiment.runs(), "db");
+  std::vector<bool> seen(static_cast<std::size_t>(blocks) + 1);
+  for (Index i = 1; i <= experiment.runs(); ++i) {
+    const double label = experiment.db(i);
+    const bool isBlock = label >= 1 && label <= static_cast<double>(blocks) && label == std::trunc(label);
+    seen[isBlock ? static_cast<std::size_t>(label) : 0] = true;
+  }
+  if (std::count(seen.begin(), seen.end(), true) < blocks) matrix::raise(MatrixFailure::Singular);
+}
+
 struct FactorialModel {
   std::vector<Term> terms;  ///< behind the constant, in the order of the tables
   Index blocks;             ///< how many the block terms tell apart
@@ -116,7 +129,7 @@ struct FactorialModel {
 FactorialModel modelOf(const StringArray& TSel, DesignKind kind, const Choices& choices,
                        const Experiment& experiment) {
   FactorialModel model{{}, choices.blocks()};
-  if (model.blocks > 1) doe::checkCovers(experiment.db.size(), experiment.runs(), "db");
+  if (model.blocks > 1) checkBlocksOfRuns(experiment, model.blocks);
   std::vector<Term>& terms = model.terms;
   for (Index block = 1; block < model.blocks; ++block) {
     terms.push_back({std::string(doe::blockPrefix) + std::to_string(block), doe::group::blocks, {}, block});
