@@ -278,6 +278,27 @@ TEST_F(Factorial, AnalysesUnbalancedRuns) {
   EXPECT_FALSE(labels.filled());
 }
 
+// Fault: gigabytes and hours on block terms that too few blocks in the data cannot fill. A block without runs
+// is made up for by runs that are in none.
+TEST_F(Factorial, CountsTheBlocksOfTheRuns) {
+  const Index runs = 32000;
+  prepare(DoubleArray(runs, 1), StringArray(runs, 1, "1"));
+  for (Index i = 1; i <= runs; i += 2) dx(i, 1) = "-1";
+  block = 30000.0;
+  analyseBlock = Variant::flag(true);
+  EXPECT_EQ(failureNumber([&] { analyse(1, 1, 1, 1, {"A"}); }), 5012);
+
+  prepare({1, 3, 5, 7, 9, 11}, StringArray(6, 1, "1"));
+  for (Index i = 1; i <= 6; i += 2) dx(i, 1) = "-1";
+  db = {1, 1, 3, 3, 0, 0};
+  block = 3.0;
+  analyseBlock = Variant::flag(true);
+  analyse(1, 1, 1, 1, {"A"});
+  // By hand: runs of block 1 are at (1, 0), of block 3 at (-1, -1), of none at (0, 0); their means are 2,
+  // 6, 10.
+  EXPECT_TRUE(areClose(coef, {10, -8, 12, 1}));
+}
+
 // Faults: a vague failure or a wrong number where the terms or the data do not serve.
 TEST_F(Factorial, RefusesWhatItCannotFit) {
   const auto failure = [this](const StringArray& terms, double designType = 1, double design = 2) {
@@ -299,6 +320,7 @@ TEST_F(Factorial, RefusesWhatItCannotFit) {
   analyseBlock = Variant::flag(true);
   EXPECT_EQ(failureNumber([&] { analyse(1, 4, 2, 1, {"A"}); }), 5012);
   block = 2.0;
+  EXPECT_EQ(failureNumber([&] { analyse(1, 4, 2, 1, {"A"}); }), 5012);
   db = {};
   EXPECT_EQ(failureNumber([&] { analyse(1, 4, 2, 1, {"A"}); }), 9);
   analyseBlock = Variant::flag(false);

@@ -19,10 +19,9 @@ Class generate() {
   const Note low("FLow", "the low level of each factor as the sheet shows it; empty shows -1");
   const Note high("FHigh", "the high level of each factor; empty shows 1");
   const Note name("FName", "the name of each factor");
-  Note sheet(
-      "DOE_M",
-      "a row for each run: standard order, run order, 1 for a corner or 0 for a centre run, block, and "
-      "the setting of each factor");
+  Note sheet("DOE_M",
+             "a row for each run: standard order, run order, 1 for a corner or 0 for a centre run, block, "
+             "and the setting of each factor");
   sheet.table();
   const Note headings("DOE_F", "the headings of the columns of DOE_M");
   const char* const ofRandomOrder =
@@ -36,19 +35,16 @@ Class generate() {
               sheet, headings)
       .note(
           "Design, by number of factors: 2, the full factorial whatever Design is; 3, in 4 and 8 runs; 4, in "
-          "8 "
-          "and 16; 5, in 8, 16 and 32; 6, in 8, 16, 32 and 64; 7, in 8, 16, 32, 64 and 128; 8 to 15, in 16, "
-          "32, 64 and 128.")
+          "8 and 16; 5, in 8, 16 and 32; 6, in 8, 16, 32 and 64; 7, in 8, 16, 32, 64 and 128; 8 to 15, in "
+          "16, 32, 64 and 128.")
       .note(
-          "Blocks are whole replicates, or parts of replicates of a power of two, as far as the design has "
-          "them. docs/designs.md has the generators and the block words of every design; RemoveAlias of "
-          "yDOEAnalyse "
-          "tells which terms stay apart.")
+          "Blocks hold whole replicates; or, where the design has words for 2, 4, 8, ... blocks, multiples "
+          "of a half, a quarter, an eighth, ... of one. docs/designs.md has the generators and the block "
+          "words of every design; RemoveAlias of yDOEAnalyse tells which terms stay apart.")
       .note(
           "The design of 9 factors in 32 runs has factor A high in its first run, where the regular fraction "
           "has it low. That of 14 factors in 32 runs has a fifteenth factor whose settings repeat those of "
-          "the "
-          "fourteenth: levels and names of 15 factors are needed.")
+          "the fourteenth: levels and names of 15 factors are needed.")
       .note(ofRandomOrder)
       .method("DOEGenPBOutput", &yDOEGenerate::DOEGenPBOutput, "Run sheet of a Plackett-Burman design",
               Note("Factor", "the number of factors, fewer than runs"),
@@ -66,7 +62,8 @@ Class analyse() {
   const Note replicates("Replicate", "the number of replicates");
   const Note selected("TSel", "the terms: A, AB, ACD; for a Plackett-Burman design codes of factors");
   const char* const codes =
-      "Factors are coded A to H, J to P, for Plackett-Burman designs on to Z, then AA to HH, JJ to WW.";
+      "Factors are coded A to H, J to P, for Plackett-Burman designs on to Z, then AA to HH, JJ to WW. A "
+      "term has at most seven of them.";
   return Description<yDOEAnalyse>("yDOEAnalyse", "Analysis of two-level experiments")
       .method(
           "DOEAnaOutput", &yDOEAnalyse::DOEAnaOutput, "Effects, coefficients and analysis of variance",
@@ -79,10 +76,9 @@ Class analyse() {
           Note("FHigh", "the high level of each factor, as it stands in dx"), designType, factor, design,
           Note("Center", "the number of centre runs in a block; becomes 0 where dc marks none").inOut(),
           replicates,
-          Note(
-              "Block",
-              "the number of blocks; for a Plackett-Burman design whether replicates are blocks, true or -1, "
-              "and becomes their number")
+          Note("Block",
+               "the number of blocks; for a Plackett-Burman design whether replicates are blocks, true or "
+               "-1, and becomes their number")
               .inOut(),
           Note("AnalyseBlock", "whether the blocks enter the model"),
           Note("AnalyseCenter",
@@ -100,8 +96,7 @@ Class analyse() {
           Note("SSFstatO", "F of each source but the last two"), Note("SSPvalueO", "its p-value"),
           Note("UcoefO",
                "the coefficient of each term in the factors' own units; not filled where all levels are -1 "
-               "and "
-               "1"),
+               "and 1"),
           Note("DOEothers", "the fit as a whole").slots(DOEOthers::names),
           Note("fyfitO", "the fitted values"), Note("fresidualO", "the residuals to 7 decimals"),
           Note("OutputType", "Residual fills the fitted values and residuals alone")
@@ -110,8 +105,7 @@ Class analyse() {
       .note(codes)
       .note(
           "Levels are compared as texts: 10 is not 10.0. A setting that is neither level counts as the "
-          "middle, "
-          "0.")
+          "middle, 0.")
       .note(
           "The coefficient of Ct Pt is the mean of the centre runs less that of the corner runs, and with it "
           "the constant is that of the corner runs. Constant, blocks and Ct Pt have no effect.")
@@ -133,8 +127,7 @@ Class analyse() {
           "defining relation goes, unless it stands first.")
       .note(
           "Terms count as confounded when they have at most 4 letters for 8 to 10 factors, at most 3 for 11 "
-          "to "
-          "15; longer ones stay.")
+          "to 15; longer ones stay.")
       .method("DOEAnaEPOutput", &yDOEAnalyse::DOEAnaEPOutput, "Pareto plot of the effects, with its limit",
               Note("alpha", "the level of significance, such as 0.05"),
               Note("Terms", "TermsO of DOEAnaOutput"), Note("Ceffect", "its CeffectO"),
@@ -179,9 +172,8 @@ Class factorialPlots() {
               Note("XAxis", "the levels: low, empty, high"))
       .note(
           "Column c and row r, from below, span 10 units each. The pair of factors j and k, j before k, "
-          "stands "
-          "in column j and row k: x is factor j, the two lines are factor k. The lowest row and the last "
-          "column hold no panel; their slots, and whatever else has no point, are without a value.")
+          "stands in column j and row k: x is factor j, the two lines are factor k. The lowest row and the "
+          "last column hold no panel; their slots, and whatever else has no point, are without a value.")
       .note("2 to 16 factors.")
       .method("CubeOutput", &yFactorial::CubeOutput, "Cube plot of the means", responses, settings, marks,
               name, low, high, Note("CubeCageX", "x along one line through all edges"),
@@ -194,8 +186,7 @@ Class factorialPlots() {
               Note("CubeLabelL", "low level, name and high level along an edge of the factor"))
       .note(
           "2 factors make a square, 4 two cubes side by side, 5 four cubes. The line passes from cube to "
-          "cube "
-          "along edges of the fourth and fifth factor.")
+          "cube along edges of the fourth and fifth factor.")
       .done();
 }
 

@@ -36,6 +36,8 @@ struct PlottedRuns {
 
   Index runs() const { return static_cast<Index>(y.size()); }
   Index factors() const { return coded.columns(); }
+  /// As a vector, whatever they came as.
+  DoubleArray responses() const { return DoubleArray(std::vector<double>(y.begin(), y.end())); }
   double response(Index run) const { return y[static_cast<std::size_t>(run - 1)]; }
   bool isCorner(Index run) const { return marks(run) == 1; }
 
@@ -43,5 +45,15 @@ struct PlottedRuns {
   DoubleArray coded;  ///< -1, 0 and 1, (run, factor)
   const DoubleArray& marks;
 };
+
+/// Under an axis of `factors` factors, three slots each: low level, empty, high level.
+inline StringArray levelLabels(const StringArray& FLow, const StringArray& FHigh, Index factors) {
+  StringArray labels(3 * factors);
+  for (Index j = 1; j <= factors; ++j) {
+    labels(3 * j - 2) = FLow(j);
+    labels(3 * j) = FHigh(j);
+  }
+  return labels;
+}
 
 }  // namespace zelkova::doe

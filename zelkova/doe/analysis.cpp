@@ -61,11 +61,14 @@ struct Experiment {
   }
 };
 
-/// What of the caller's choices depends on the data or on each other.
+/// What the caller wants of centre runs and blocks, as far as the data and the kind of design allow.
 struct Choices {
-  Variant Center, Block, AnalyseCenter;
+  Variant Center, Block, AnalyseBlock, AnalyseCenter;
 
-  bool hasCentreTerm() const { return Center.toNumber() > 0 && AnalyseCenter.toFlag(); }
+  bool wantCentreTerm() const { return Center.toNumber() > 0 && AnalyseCenter.toFlag(); }
+
+  /// The number of blocks that the model tells apart.
+  Index blocks() const { return AnalyseBlock.toFlag() ? toInteger<std::int16_t>(Block.toNumber()) : 1; }
 };
 
 /// The flag that tells whether the replicates of a Plackett-Burman design are blocks: true may come as -1.
@@ -103,11 +106,32 @@ std::vector<Index> factorsOf(const std::string& code, DesignKind kind, Index fac
   return result;
 }
 
-/// The terms behind the constant, in the order of the tables.
-std::vector<Term> termsOf(const StringArray& TSel, DesignKind kind, Index blocks, bool hasCentreTerm,
-                          const Experiment& experiment) {
-  std::vector<Term> terms;
-  for (Index block = 1; block < blocks; ++block) {
+/// Failure 5012 where the runs stand in fewer than `blocks` blocks; all runs of other labels make up for one.
+/// The columns of the blocks are then dependent, and told so before thousands of them are multiplied out.
+void checkBlocksOfRuns(const Experiment& experiment, Index blocks) {
+  doe::checkCovers(experiment.db.size(), experiment.runs(), "db");
+  std::vector<bool> seen(static_cast<std::size_t>(blocks) + 1);
+  for (Index i = 1; i <= experiment.runs(); ++i) {
+    const double label = experiment.db(i);
+    const bool isBlock = label >= 1 && label <= static_cast<double>(blocks) && label == std::trunc(label);
+    seen[isBlock ? static_cast<std::size_t>(label) : 0] = true;
+  }
+  if (std::count(seen.begin(), seen.end(), true) < blocks) matrix::raise(MatrixFailure::Singular);
+}
+
+struct FactorialModel {
+  std::vector<Term> terms;  ///< behind the constant, in the order of the tables
+  Index blocks;             ///< how many the block terms tell apart
+
+  bool hasCentreTerm() const { return !terms.empty() && terms.back().group == doe::group::curvature; }
+};
+
+FactorialModel modelOf(const StringArray& TSel, DesignKind kind, const Choices& choices,
+                       const Experiment& experiment) {
+  FactorialModel model{{}, choices.blocks()};
+  if (model.blocks > 1) checkBlocksOfRuns(experiment, model.blocks);
+  std::vector<Term>& terms = model.terms;
+  for (Index block = 1; block < model.blocks; ++block) {
     terms.push_back({std::string(doe::blockPrefix) + std::to_string(block), doe::group::blocks, {}, block});
   }
   for (const std::string& code : TSel.elements()) {
@@ -116,8 +140,9 @@ std::vector<Term> termsOf(const StringArray& TSel, DesignKind kind, Index blocks
     const std::string label = count == 1 ? code + ": " + experiment.name(factors.front()) : code;
     terms.push_back({label, count, std::move(factors)});
   }
-  if (hasCentreTerm) terms.push_back({std::string(doe::centreLabel), doe::group::curvature, {}});
-  return terms;
+  if (choices.wantCentreTerm()) terms.push_back({std::string(doe::centreLabel), doe::group::curvature, {}});
+  if (static_cast<Index>(terms.size()) >= experiment.runs()) matrix::raise(MatrixFailure::Singular);
+  return model;
 }
 
 /// Deviations of the blocks from their mean; the last block is minus the sum of the others.
@@ -142,12 +167,12 @@ std::vector<double> centreColumn(const Experiment& experiment) {
 }
 
 /// The columns of the model, a leading constant with them; `settings` are the factors' columns.
-std::vector<std::vector<double>> modelColumns(const std::vector<Term>& terms, const DoubleArray& settings,
-                                              Index blocks, const Experiment& experiment) {
+std::vector<std::vector<double>> modelColumns(const FactorialModel& model, const DoubleArray& settings,
+                                              const Experiment& experiment) {
   std::vector<std::vector<double>> columns{std::vector<double>(experiment.y.size(), 1)};
-  for (const Term& term : terms) {
+  for (const Term& term : model.terms) {
     if (term.group == doe::group::blocks) {
-      columns.push_back(blockColumn(experiment, term.block, blocks));
+      columns.push_back(blockColumn(experiment, term.block, model.blocks));
     } else if (term.group == doe::group::curvature) {
       columns.push_back(centreColumn(experiment));
     } else {
@@ -163,10 +188,10 @@ std::vector<std::vector<double>> modelColumns(const std::vector<Term>& terms, co
 }
 
 /// The settings in the factors' own units; those of a text factor, and of one in no term, stay codes.
-DoubleArray uncodedSettings(const std::vector<Term>& terms, const Experiment& experiment) {
+DoubleArray uncodedSettings(const FactorialModel& model, const Experiment& experiment) {
   doe::checkCovers(experiment.type.size(), experiment.factors(), "FType");
   std::set<Index> factors;
-  for (const Term& term : terms) factors.insert(term.factors.begin(), term.factors.end());
+  for (const Term& term : model.terms) factors.insert(term.factors.begin(), term.factors.end());
   DoubleArray settings = experiment.coded;
   for (const Index j : factors) {
     if (experiment.type(j) != "Numeric") continue;
@@ -292,17 +317,17 @@ void moveConstantToCorners(WorksheetFunction& host, const Experiment& experiment
   table.p(1) = host.TDist(std::abs(table.t(1)), RegMain(Reg::DFError), 2);
 }
 
-TermTable termTable(WorksheetFunction& host, const std::vector<Term>& terms, bool hasCentreTerm,
-                    const Experiment& experiment, RegressionFit fit) {
+TermTable termTable(WorksheetFunction& host, const FactorialModel& model, const Experiment& experiment,
+                    RegressionFit fit) {
   std::vector<std::string> labels{std::string(doe::constantLabel)};
-  for (const Term& term : terms) labels.push_back(term.label);
+  for (const Term& term : model.terms) labels.push_back(term.label);
   TermTable table{StringArray(std::move(labels)),
                   {},
                   std::move(fit.coef),
                   std::move(fit.SECoef),
                   std::move(fit.tStat),
                   std::move(fit.PV)};
-  if (hasCentreTerm) moveConstantToCorners(host, experiment, fit.RegMain, table);
+  if (model.hasCentreTerm()) moveConstantToCorners(host, experiment, fit.RegMain, table);
   table.effect = DoubleArray(table.coef.rows(), NoValue);
   for (Index i = 1; i <= table.effect.rows(); ++i) {
     if (doe::isFactorTerm(table.labels(i))) table.effect(i) = 2 * table.coef(i);
@@ -383,11 +408,10 @@ DoubleArray otherStatistics(const SolvedModel& model, const DoubleArray& RegMain
 }
 
 /// The coefficients in the factors' own units.
-DoubleArray uncodedCoefficients(const std::vector<Term>& terms, Index blocks, bool hasCentreTerm,
-                                const Experiment& experiment) {
-  const auto columns = modelColumns(terms, uncodedSettings(terms, experiment), blocks, experiment);
-  DoubleArray coefficients = SolvedModel(terms, columns, experiment.y).coefficients();
-  if (hasCentreTerm) coefficients(1) -= coefficients(coefficients.rows());
+DoubleArray uncodedCoefficients(const FactorialModel& model, const Experiment& experiment) {
+  const auto columns = modelColumns(model, uncodedSettings(model, experiment), experiment);
+  DoubleArray coefficients = SolvedModel(model.terms, columns, experiment.y).coefficients();
+  if (model.hasCentreTerm()) coefficients(1) -= coefficients(coefficients.rows());
   return coefficients;
 }
 
@@ -410,22 +434,17 @@ void yDOEAnalyse::DOEAnaOutput(const DoubleArray& dy, const StringArray& dx, con
   const Experiment experiment{y,    dx,    dc,
                               db,   FName, FType,
                               FLow, FHigh, doe::codedSettings(dx, FLow, FHigh, static_cast<Index>(y.size()))};
-  Choices choices = normalised({Center, Block, AnalyseCenter}, kind, Replicate, experiment);
+  Choices choices = normalised({Center, Block, AnalyseBlock, AnalyseCenter}, kind, Replicate, experiment);
   StringArray selected = TSel;
   if (kind == DesignKind::Factorial) {
     RemoveAlias(Factor, Design, Replicate, choices.Block, AnalyseBlock, selected);
   }
-  const Index blocks = AnalyseBlock.toFlag() ? toInteger<std::int16_t>(choices.Block.toNumber()) : 1;
-  if (blocks > 1) doe::checkCovers(db.size(), experiment.runs(), "db");
-  const bool hasCentreTerm = choices.hasCentreTerm();
-  const std::vector<Term> terms = termsOf(selected, kind, blocks, hasCentreTerm, experiment);
-  if (static_cast<Index>(terms.size()) >= experiment.runs()) matrix::raise(MatrixFailure::Singular);
-
-  const auto columns = modelColumns(terms, experiment.coded, blocks, experiment);
-  const SolvedModel model(terms, columns, y);
-  RegressionFit fit = model.fit(worksheetFunction());
+  const FactorialModel model = modelOf(selected, kind, choices, experiment);
+  const auto columns = modelColumns(model, experiment.coded, experiment);
+  const SolvedModel solved(model.terms, columns, y);
+  RegressionFit fit = solved.fit(worksheetFunction());
   const DoubleArray RegMain = fit.RegMain;
-  DoubleArray fitted = fittedValues(model.columns(), fit.coef);
+  DoubleArray fitted = fittedValues(solved.columns(), fit.coef);
   DoubleArray residual = residualsOf(y, fitted);
   roundForDisplay(residual);
   checked::leaving(fitted, residual);
@@ -439,13 +458,11 @@ void yDOEAnalyse::DOEAnaOutput(const DoubleArray& dy, const StringArray& dx, con
   };
   if (OutputType == "Residual") return assignFits();
 
-  const DoubleArray others = otherStatistics(model, RegMain, residual);
-  TermTable byTerm = termTable(worksheetFunction(), terms, hasCentreTerm, experiment, std::move(fit));
-  SourceTable bySource = sourceTable(worksheetFunction(), activeGroups(terms, kind), model, RegMain);
+  const DoubleArray others = otherStatistics(solved, RegMain, residual);
+  TermTable byTerm = termTable(worksheetFunction(), model, experiment, std::move(fit));
+  SourceTable bySource = sourceTable(worksheetFunction(), activeGroups(model.terms, kind), solved, RegMain);
   DoubleArray uncoded;
-  if (experiment.hasRealLevels()) {
-    uncoded = uncodedCoefficients(terms, blocks, hasCentreTerm, experiment);
-  }
+  if (experiment.hasRealLevels()) uncoded = uncodedCoefficients(model, experiment);
   checked::leaving(byTerm.coef, byTerm.effect, uncoded);
 
   assignFits();

@@ -127,6 +127,31 @@ std::int16_t signIn(Index run, Word word) {
   return std::popcount(low) % 2 == 0 ? 1 : -1;
 }
 
+SettingTable settingsOf(const TwoLevelDesign& design) {
+  SettingTable settings(design.runs, static_cast<Index>(design.columns.size()), 0);
+  for (Index j = 1; j <= settings.columns(); ++j) {
+    for (Index i = 1; i <= design.runs; ++i) {
+      settings(i, j) = signIn(i - 1, design.columns[static_cast<std::size_t>(j - 1)]);
+    }
+  }
+  return settings;
+}
+
+/// The run numbers block by block, blocks in the standard order of the signs of their words.
+Array<Index> runsByBlock(Index runs, const std::vector<Word>& words) {
+  std::vector<std::vector<Index>> blocks(std::size_t{1} << words.size());
+  for (Index i = 0; i < runs; ++i) {
+    std::size_t block = 0;
+    for (std::size_t w = 0; w < words.size(); ++w) {
+      if (signIn(i, words[w]) == 1) block |= std::size_t{1} << w;
+    }
+    blocks[block].push_back(i + 1);
+  }
+  std::vector<Index> ordered;
+  for (const std::vector<Index>& block : blocks) ordered.insert(ordered.end(), block.begin(), block.end());
+  return Array<Index>(std::move(ordered));
+}
+
 SettingTable cyclicTable(int Factor, std::string_view generatingRow) {
   const auto turns = static_cast<Index>(generatingRow.size());
   SettingTable table(turns + 1, Factor, -1);
@@ -215,34 +240,17 @@ std::vector<Word> groupOf(const std::vector<Word>& words) {
 }
 
 void GetDesignTable(int Factor, int Design, int BlockPower, SettingTable& table, Array<Index>& blocks) {
-  const TwoLevelDesign design = twoLevelDesign(Factor, Design);
-  SettingTable settings(design.runs, static_cast<Index>(design.columns.size()), 0);
-  for (Index j = 1; j <= settings.columns(); ++j) {
-    for (Index i = 1; i <= design.runs; ++i) {
-      settings(i, j) = signIn(i - 1, design.columns[static_cast<std::size_t>(j - 1)]);
-    }
-  }
+  TwoLevelDesign design = twoLevelDesign(Factor, Design);
+  table = settingsOf(design);
   // Deliberate: this design has always had a first run that is like its second in factor A. Its aliases and
   // blocks are those of the regular fraction.
-  if (Factor == 9 && Design == 2) settings(1, 1) = 1;
-  table = std::move(settings);
+  if (Factor == 9 && Design == 2) table(1, 1) = 1;
 
-  blocks = {};
   const auto power = static_cast<std::size_t>(std::max(BlockPower, 0));
-  if (power > design.blockWords.size()) return;
-  const std::vector<Word> words = power == 0 ? std::vector<Word>() : design.blockWords[power - 1];
-  // Blocks come in the standard order of the signs of their words.
-  std::vector<std::vector<Index>> runsOfBlock(std::size_t{1} << power);
-  for (Index i = 0; i < design.runs; ++i) {
-    std::size_t block = 0;
-    for (std::size_t w = 0; w < words.size(); ++w) {
-      if (signIn(i, words[w]) == 1) block |= std::size_t{1} << w;
-    }
-    runsOfBlock[block].push_back(i + 1);
-  }
-  std::vector<Index> runs;
-  for (const std::vector<Index>& block : runsOfBlock) runs.insert(runs.end(), block.begin(), block.end());
-  blocks = Array<Index>(std::move(runs));
+  // One block is confounded with nothing.
+  design.blockWords.insert(design.blockWords.begin(), std::vector<Word>());
+  blocks =
+      power < design.blockWords.size() ? runsByBlock(design.runs, design.blockWords[power]) : Array<Index>();
 }
 
 SettingTable GetPBTable(int Factor, int Run) {

@@ -1,6 +1,5 @@
 #include <array>
 #include <utility>
-#include <vector>
 
 #include "zelkova/doe/PlottedRuns.h"
 #include "zelkova/doe/yFactorial.h"
@@ -28,8 +27,7 @@ double positionOf(Index place, double setting) {
 /// The common scale of all panels.
 class Scale {
  public:
-  explicit Scale(Column y)
-      : ticks(GetAxisScale(DoubleArray(std::vector<double>(y.begin(), y.end())), false)) {}
+  explicit Scale(const DoubleArray& responses) : ticks(GetAxisScale(responses, false)) {}
 
   /// The height of a value in row `row`; `NoValue` of none.
   double heightOf(Index row, double value) const {
@@ -87,6 +85,72 @@ Series borders(Index factors) {
   return lines;
 }
 
+/// Corner and centre runs of a pair of factors, j and k.
+struct PairOfFactors {
+  PairOfFactors(const doe::PlottedRuns& runs, Index j, Index k) {
+    for (Index i = 1; i <= runs.runs(); ++i) {
+      (runs.isCorner(i) ? corner : centre).add(runs.coded(i, j), runs.coded(i, k), runs.response(i));
+    }
+  }
+
+  PairMeans corner, centre;
+};
+
+/// What stands in the panels, three slots each.
+struct PanelLines {
+  PanelLines(const doe::PlottedRuns& runs, const Scale& scale) {
+    Index slot = 0;
+    for (Index j = 1; j < runs.factors(); ++j) {
+      for (Index k = j + 1; k <= runs.factors(); ++k) {
+        const PairOfFactors pair(runs, j, k);
+        // The middle comes last: its empty slot ends the lines of the panel.
+        for (const double first : {-1.0, 1.0, 0.0}) {
+          ++slot;
+          x(slot) = positionOf(j, first);
+          if (first != 0) {
+            low(slot) = scale.heightOf(k, pair.corner.at(first, -1));
+            high(slot) = scale.heightOf(k, pair.corner.at(first, 1));
+          }
+          const double atLow = pair.centre.at(first, -1);
+          lowCentre(slot) = scale.heightOf(k, atLow != NoValue ? atLow : pair.centre.at(first, 0));
+          highCentre(slot) = scale.heightOf(k, pair.centre.at(first, 1));
+        }
+      }
+    }
+  }
+
+  DoubleArray x = DoubleArray(mostSlots, NoValue);
+  DoubleArray low = x, high = x, lowCentre = x, highCentre = x;
+};
+
+/// The ticks of the scale left of each row. The lowest row holds no panel, so its slots stay empty.
+struct RowTicks {
+  RowTicks(const Scale& scale, Index factors)
+      : at(factors * (scale.ticks.rows() + 1)), values(at.x.rows(), NoValue) {
+    for (Index row = 2; row <= factors; ++row) {
+      at.last = (row - 1) * (scale.ticks.rows() + 1);
+      for (const double tick : scale.ticks.elements()) {
+        at.add(0, scale.heightOf(row, tick));
+        values(at.last) = tick;
+      }
+    }
+  }
+
+  Series at;
+  DoubleArray values;
+};
+
+/// Where the levels stand under each column; the last column holds no panel, so its slots stay empty.
+Series levelPlaces(Index factors) {
+  Series places(3 * factors);
+  for (Index column = 1; column < factors; ++column) {
+    for (const double setting : {-1.0, 0.0, 1.0}) {
+      places.add(positionOf(column, setting), startOf(column + 1));
+    }
+  }
+  return places;
+}
+
 }  // namespace
 
 void yFactorial::InteractionsOutput(const DoubleArray& dy, const StringArray& dx, const DoubleArray& dc,
@@ -101,71 +165,25 @@ void yFactorial::InteractionsOutput(const DoubleArray& dy, const StringArray& dx
   if (factors < 2 || factors > mostFactors) {
     raise(FailureNumber::InvalidCall, "interactions are plotted of 2 to 16 factors");
   }
-  const Scale scale(runs.y);
-
-  DoubleArray x(mostSlots, NoValue);
-  DoubleArray low(mostSlots, NoValue);
-  DoubleArray high(mostSlots, NoValue);
-  DoubleArray lowCentre(mostSlots, NoValue);
-  DoubleArray highCentre(mostSlots, NoValue);
-  Index slot = 0;
-  for (Index j = 1; j < factors; ++j) {
-    for (Index k = j + 1; k <= factors; ++k) {
-      PairMeans corner;
-      PairMeans centre;
-      for (Index i = 1; i <= runs.runs(); ++i) {
-        (runs.isCorner(i) ? corner : centre).add(runs.coded(i, j), runs.coded(i, k), runs.response(i));
-      }
-      // The middle comes last: its empty slot ends the lines of the panel.
-      for (const double first : {-1.0, 1.0, 0.0}) {
-        ++slot;
-        x(slot) = positionOf(j, first);
-        if (first != 0) {
-          low(slot) = scale.heightOf(k, corner.at(first, -1));
-          high(slot) = scale.heightOf(k, corner.at(first, 1));
-        }
-        const double atLow = centre.at(first, -1);
-        lowCentre(slot) = scale.heightOf(k, atLow != NoValue ? atLow : centre.at(first, 0));
-        highCentre(slot) = scale.heightOf(k, centre.at(first, 1));
-      }
-    }
-  }
-
+  const Scale scale(runs.responses());
+  PanelLines lines(runs, scale);
   Series grid = borders(factors);
-  // The lowest row and the last column hold no panel, so their slots stay empty.
-  const Index ticks = scale.ticks.rows();
-  Series yAxis(factors * (ticks + 1));
-  DoubleArray tickValues(factors * (ticks + 1), NoValue);
-  for (Index row = 2; row <= factors; ++row) {
-    yAxis.last = (row - 1) * (ticks + 1);
-    for (Index t = 1; t <= ticks; ++t) {
-      yAxis.add(0, scale.heightOf(row, scale.ticks(t)));
-      tickValues(yAxis.last) = scale.ticks(t);
-    }
-  }
-  Series xAxis(3 * factors);
-  StringArray levels(3 * factors);
-  for (Index column = 1; column <= factors; ++column) {
-    levels(3 * column - 2) = FLow(column);
-    levels(3 * column) = FHigh(column);
-    if (column == factors) break;
-    for (const double setting : {-1.0, 0.0, 1.0}) {
-      xAxis.add(positionOf(column, setting), startOf(column + 1));
-    }
-  }
+  RowTicks rowTicks(scale, factors);
+  Series places = levelPlaces(factors);
+  StringArray levels = doe::levelLabels(FLow, FHigh, factors);
 
-  PlotX = std::move(x);
-  PlotY1 = std::move(low);
-  PlotY2 = std::move(high);
-  PlotY1C = std::move(lowCentre);
-  PlotY2C = std::move(highCentre);
+  PlotX = std::move(lines.x);
+  PlotY1 = std::move(lines.low);
+  PlotY2 = std::move(lines.high);
+  PlotY1C = std::move(lines.lowCentre);
+  PlotY2C = std::move(lines.highCentre);
   GridY = std::move(grid.y);
   GridX = std::move(grid.x);
-  YAxisX = std::move(yAxis.x);
-  YAxisY = std::move(yAxis.y);
-  YAxis = std::move(tickValues);
-  XAxisX = std::move(xAxis.x);
-  XAxisY = std::move(xAxis.y);
+  YAxisX = std::move(rowTicks.at.x);
+  YAxisY = std::move(rowTicks.at.y);
+  YAxis = std::move(rowTicks.values);
+  XAxisX = std::move(places.x);
+  XAxisY = std::move(places.y);
   XAxis = std::move(levels);
 }
 

@@ -3,7 +3,7 @@
 
 #include "zelkova/doe/PlottedRuns.h"
 #include "zelkova/doe/yFactorial.h"
-#include "zelkova/kit/sums.h"
+#include "zelkova/kit/modzStat.h"
 
 namespace zelkova {
 
@@ -13,12 +13,11 @@ void yFactorial::MainEffectsOutput(const DoubleArray& dy, const StringArray& dx,
                                    DoubleArray& PlotYC, StringArray& PlotXM, DoubleArray& PlotYM) const {
   const doe::PlottedRuns runs(dy, dx, dc, FName, FLow, FHigh);
   const Index factors = runs.factors();
-  const double mean =
-      checked::finite(laneSum(runs.y, [](double y) { return y; }) / static_cast<double>(runs.runs()));
-  StringArray levels(3 * factors);
+  StringArray levels = doe::levelLabels(FLow, FHigh, factors);
   DoubleArray corners(3 * factors, NoValue);
   DoubleArray centres(3 * factors, NoValue);
   StringArray names(factors);
+  DoubleArray means(factors, GetMean(runs.responses()));
   for (Index j = 1; j <= factors; ++j) {
     // By the setting: low, neither, high.
     std::array<doe::RunMean, 3> corner;
@@ -29,8 +28,6 @@ void yFactorial::MainEffectsOutput(const DoubleArray& dy, const StringArray& dx,
     }
     const Index low = 3 * j - 2;
     const Index high = 3 * j;
-    levels(low) = FLow(j);
-    levels(high) = FHigh(j);
     corners(low) = corner[0].value();
     corners(high) = corner[2].value();
     for (Index slot = low; slot <= high; ++slot) {
@@ -42,7 +39,7 @@ void yFactorial::MainEffectsOutput(const DoubleArray& dy, const StringArray& dx,
   PlotY = std::move(corners);
   PlotYC = std::move(centres);
   PlotXM = std::move(names);
-  PlotYM = DoubleArray(factors, mean);
+  PlotYM = std::move(means);
 }
 
 }  // namespace zelkova

@@ -31,7 +31,7 @@ class yDOEAnalyse : public HostBound {
   ///
   /// Failures: 5012 where terms cannot be told apart, 9 for a term that is none and for arrays that are too
   /// short, 5 for another `DesignType` and for terms of more than seven factors, 13 for a setting of a
-  /// numeric factor that is no number, 11 without a term.
+  /// numeric factor that is no number, 11 without a term, 6 where sums of squares overflow.
   void DOEAnaOutput(const DoubleArray& dy, const StringArray& dx, const DoubleArray& dc,
                     const DoubleArray& db, const StringArray& TSel, const StringArray& FName,
                     const StringArray& FType, const StringArray& FLow, const StringArray& FHigh,

@@ -1,5 +1,6 @@
 #include "zelkova/doe/yDOEGenerate.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <limits>
@@ -27,6 +28,27 @@ struct SheetRun {
   Index block = 1;
   Index standardOrder = 0;
 };
+
+/// How replicates are put into blocks: `groups` times the same, each of some replicates in some blocks.
+struct Division {
+  Index groups, replicates, blocks;
+
+  /// The number of blocks as a power of two; 0 where it is none that a design has words for.
+  int blockPower() const {
+    constexpr Index mostListed = 64;
+    const bool isListed = blocks <= mostListed && std::has_single_bit(static_cast<unsigned>(blocks));
+    return isListed ? std::countr_zero(static_cast<unsigned>(blocks)) : 0;
+  }
+};
+
+Division divisionOf(WorksheetFunction& host, Index Replicate, Index Block) {
+  const auto divisor =
+      static_cast<Index>(host.Gcd(static_cast<double>(Replicate), static_cast<double>(Block)));
+  if (Replicate == 0 || Block == 0) {
+    raise(FailureNumber::InvalidCall, "an experiment has at least one replicate and one block");
+  }
+  return {divisor, Replicate / divisor, Block / divisor};
+}
 
 /// What the caller tells of the factors.
 struct Factors {
@@ -71,6 +93,26 @@ void checkLength(std::int64_t cornerRuns, std::int64_t blocks, std::int64_t Cent
   }
 }
 
+/// The corner runs block by block; `runsByBlock` is the design in slices of equal size, one for each block of
+/// a group. A single slice is the design in its standard order.
+std::vector<SheetRun> cornerRuns(const SettingTable& design, const Array<Index>& runsByBlock,
+                                 const Division& division) {
+  const Index sliceRuns = design.rows() / division.blocks;
+  std::vector<SheetRun> runs;
+  Index block = 0;
+  for (Index group = 1; group <= division.groups; ++group) {
+    for (Index slice = 0; slice < division.blocks; ++slice) {
+      ++block;
+      for (Index replicate = 1; replicate <= division.replicates; ++replicate) {
+        for (Index i = 1; i <= sliceRuns; ++i) {
+          runs.push_back({&design, runsByBlock(slice * sliceRuns + i), true, block});
+        }
+      }
+    }
+  }
+  return runs;
+}
+
 void appendCentreRuns(std::vector<SheetRun>& runs, const SettingTable& centre, Index Center, Index block) {
   if (!centre.filled()) return;
   for (Index repeat = 1; repeat <= Center; ++repeat) {
@@ -103,38 +145,23 @@ void shuffle(std::vector<SheetRun>& runs, Index blocks) {
   order::apply(rows, std::span(runs));
 }
 
-std::vector<SheetRun> inRunOrder(std::vector<SheetRun> runs, Index blocks, bool Randomize) {
+void numberInOrder(std::vector<SheetRun>& runs) {
   for (std::size_t i = 0; i < runs.size(); ++i) runs[i].standardOrder = static_cast<Index>(i + 1);
-  if (Randomize) shuffle(runs, blocks);
-  return runs;
 }
 
-/// A factor's settings as the sheet shows them.
-class ShownLevels {
- public:
-  ShownLevels(const Factors& factors, Index factor, bool hasCentreRuns) {
-    const std::string& low = factors.low(factor);
-    const std::string& high = factors.high(factor);
-    if (!low.empty()) low_ = low;
-    if (!high.empty()) high_ = high;
-    if (hasCentreRuns && !low.empty() && !high.empty() && factors.type(factor) == "Numeric") {
-      middle_ = numberText(checked::finite((toNumber(high) + toNumber(low)) / 2));
-    }
-  }
-
-  const std::string& of(std::int16_t setting) const {
-    return setting < 0 ? low_ : setting > 0 ? high_ : middle_;
-  }
-
- private:
-  std::string low_ = "-1";
-  std::string middle_ = "0";
-  std::string high_ = "1";
-};
+/// A factor's setting as the sheet shows it.
+std::string shownLevel(const Factors& factors, Index factor, std::int16_t setting) {
+  const std::string& low = factors.low(factor);
+  const std::string& high = factors.high(factor);
+  if (setting < 0) return low.empty() ? "-1" : low;
+  if (setting > 0) return high.empty() ? "1" : high;
+  if (low.empty() || high.empty() || factors.type(factor) != "Numeric") return "0";
+  return numberText(checked::finite((toNumber(high) + toNumber(low)) / 2));
+}
 
 /// Both outputs, as texts.
-void writeSheet(const std::vector<SheetRun>& runs, const Factors& factors, Index count, bool hasCentreRuns,
-                StringArray& DOE_M, StringArray& DOE_F) {
+void writeSheet(const std::vector<SheetRun>& runs, const Factors& factors, Index count, StringArray& DOE_M,
+                StringArray& DOE_F) {
   constexpr Index leading = 4;
   const auto n = static_cast<Index>(runs.size());
   StringArray sheet(n, leading + count, "");
@@ -147,10 +174,9 @@ void writeSheet(const std::vector<SheetRun>& runs, const Factors& factors, Index
   }
   std::vector<std::string> headings{"Std Order", "Run Order", "Ct Pt", "Blocks"};
   for (Index j = 1; j <= count; ++j) {
-    const ShownLevels levels(factors, j, hasCentreRuns);
     for (Index i = 1; i <= n; ++i) {
       const SheetRun& run = runs[static_cast<std::size_t>(i - 1)];
-      sheet(i, leading + j) = levels.of((*run.settings)(run.row, j));
+      sheet(i, leading + j) = shownLevel(factors, j, (*run.settings)(run.row, j));
     }
     headings.push_back(factors.name(j));
   }
@@ -164,25 +190,15 @@ void yDOEGenerate::DOEGenOutput(std::int16_t Factor, std::int16_t Design, std::i
                                 std::int16_t Block, std::int16_t Center, bool Randomize,
                                 const StringArray& FType, const StringArray& FLow, const StringArray& FHigh,
                                 const StringArray& FName, StringArray& DOE_M, StringArray& DOE_F) const {
-  const auto divisor = static_cast<Index>(worksheetFunction().Gcd(Replicate, Block));
-  if (Replicate == 0 || Block == 0) {
-    raise(FailureNumber::InvalidCall, "an experiment has at least one replicate and one block");
-  }
-  const Index blocksOfGroup = Block / divisor;
-  const Index replicatesOfGroup = Replicate / divisor;
-  const bool isPowerOfTwo = std::has_single_bit(static_cast<unsigned>(blocksOfGroup));
-  constexpr Index mostListed = 64;
-  const int blockPower = isPowerOfTwo && blocksOfGroup <= mostListed
-                             ? std::countr_zero(static_cast<unsigned>(blocksOfGroup))
-                             : 0;
+  const Division division = divisionOf(worksheetFunction(), Replicate, Block);
   SettingTable design;
-  Array<Index> rowsByBlock;
-  doe::GetDesignTable(Factor, Design, blockPower, design, rowsByBlock);
+  Array<Index> runsByBlock;
+  doe::GetDesignTable(Factor, Design, division.blockPower(), design, runsByBlock);
   const Index designRuns = design.rows();
   const Index count = design.columns();
-  if (!rowsByBlock.filled() || designRuns % blocksOfGroup != 0) {
+  if (!runsByBlock.filled() || designRuns % division.blocks != 0) {
     raise(FailureNumber::OutOfRange, "the design of " + std::to_string(designRuns) +
-                                         " runs cannot be put into " + std::to_string(blocksOfGroup) +
+                                         " runs cannot be put into " + std::to_string(division.blocks) +
                                          " blocks");
   }
   const Factors factors{FType, FLow, FHigh, FName};
@@ -190,23 +206,10 @@ void yDOEGenerate::DOEGenOutput(std::int16_t Factor, std::int16_t Design, std::i
   const SettingTable centre = centreSettings(factors, count, Center);
   checkLength(std::int64_t{Replicate} * designRuns, Block, Center, centre);
 
-  // Without a part of a replicate in a block, the runs of each replicate keep their standard order.
-  const Index sliceRuns = designRuns / blocksOfGroup;
-  std::vector<SheetRun> corners;
-  for (Index group = 1; group <= divisor; ++group) {
-    for (Index slice = 0; slice < blocksOfGroup; ++slice) {
-      for (Index replicate = 1; replicate <= replicatesOfGroup; ++replicate) {
-        for (Index i = 1; i <= sliceRuns; ++i) {
-          corners.push_back({&design, rowsByBlock(slice * sliceRuns + i)});
-        }
-      }
-    }
-  }
-  const Index blockRuns = static_cast<Index>(corners.size()) / Block;
-  for (std::size_t i = 0; i < corners.size(); ++i) corners[i].block = static_cast<Index>(i) / blockRuns + 1;
-
-  const std::vector<SheetRun> runs = inRunOrder(withCentreRuns(corners, centre, Center), Block, Randomize);
-  writeSheet(runs, factors, count, centre.filled(), DOE_M, DOE_F);
+  std::vector<SheetRun> runs = withCentreRuns(cornerRuns(design, runsByBlock, division), centre, Center);
+  numberInOrder(runs);
+  if (Randomize) shuffle(runs, Block);
+  writeSheet(runs, factors, count, DOE_M, DOE_F);
 }
 
 void yDOEGenerate::DOEGenPBOutput(std::int16_t Factor, std::int16_t Run, std::int16_t Replicate,
@@ -226,8 +229,9 @@ void yDOEGenerate::DOEGenPBOutput(std::int16_t Factor, std::int16_t Run, std::in
     for (Index i = 1; i <= Run; ++i) runs.push_back({&design, i, true, block});
     appendCentreRuns(runs, centre, Center, block);
   }
-  runs = inRunOrder(std::move(runs), Blocking ? Replicate : 1, Randomize);
-  writeSheet(runs, factors, Factor, centre.filled(), DOE_M, DOE_F);
+  numberInOrder(runs);
+  if (Randomize) shuffle(runs, Blocking ? Replicate : 1);
+  writeSheet(runs, factors, Factor, DOE_M, DOE_F);
 }
 
 }  // namespace zelkova
