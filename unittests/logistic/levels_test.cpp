@@ -119,9 +119,6 @@ TEST_F(OrdinalRegression, ReachesTheMaximumDespiteAnOutlier) {
 
 // Faults: a message that is an error or fills something; a gap between levels taken for a smaller model.
 TEST_F(OrdinalRegression, RefusesWhatItCannotFit) {
-  std::vector<std::string> messages;
-  startEmbeddedHost([&](const std::string& text) { messages.push_back(text); });
-  model = yLogistic();
   fit(Observations(beetles, 1));
   EXPECT_EQ(messages, std::vector<std::string>{"The response variable has less than 3 distinct values"});
   EXPECT_FALSE(table.filled() || goodness.filled() || pairs.filled() || measures.filled());
