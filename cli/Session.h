@@ -18,8 +18,8 @@ struct Answer {
 };
 
 /// The embedded host, running for as long as the session lives, and the calls made on it. With a seed, the
-/// stream of random draws starts there and goes on from call to call; without, each call that draws starts
-/// it anew from the clock.
+/// stream of random draws starts there and goes on from call to call; without, it starts from the clock, and
+/// anew where a method says so.
 class Session {
  public:
   explicit Session(std::optional<std::uint64_t> seed = std::nullopt);

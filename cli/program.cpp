@@ -39,13 +39,13 @@ struct Options {
   std::string separator = ",";
   bool header = false;
   bool noHeader = false;
-  std::string seed;
+  std::optional<std::string> seed;
 };
 
 /// Where the random draws start, if that was given.
 std::optional<std::uint64_t> seedOf(const Options& options) {
-  const std::string& text = options.seed;
-  if (text.empty()) return std::nullopt;
+  if (!options.seed) return std::nullopt;
+  const std::string& text = *options.seed;
   std::uint64_t seed = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seed);
   if (error != std::errc() || end != text.data() + text.size()) {

@@ -46,6 +46,8 @@ TEST(Seed, IsAWholeNumberOf64Bits) {
     EXPECT_EQ(outcome.out, "") << seed;
     EXPECT_NE(outcome.err.find("--seed"), std::string::npos) << outcome.err;
   }
+  // As from a script whose variable is not set: a run that cannot be repeated, though it was asked for.
+  EXPECT_EQ(run({"batch", "--seed", ""}, request).code, 2);
 }
 
 }  // namespace

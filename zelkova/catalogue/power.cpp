@@ -37,11 +37,9 @@ void describePower(std::vector<Class>& classes) {
 
   const char* const rows =
       "A row for each pair of the two lists that are read, the first of them changing more slowly: "
-      "differences "
-      "or proportions before sizes and powers, sizes before powers. A row that the test does not admit has "
-      "no "
-      "value in any column: a difference against the alternative, a target power not above the level, a text "
-      "that is no alternative.";
+      "differences or proportions before sizes and powers, sizes before powers. A row that the test does not "
+      "admit has no value in any column: a difference against the alternative, a target power not above the "
+      "level, a text that is no alternative.";
   const std::string ofMeans = columns(MeansSampleSize::names, MeansDifference::names, MeansPower::names);
   const std::string ofProportions =
       columns(ProportionsSampleSize::names, ProportionsSolution::names, ProportionsPower::names);
@@ -49,9 +47,8 @@ void describePower(std::vector<Class>& classes) {
       "Only the tail on the side of the difference counts, in the two-sided test too.";
   const char* const searches =
       "The sample size is the smallest from 2 on that reaches the target, found by doubling strides; a "
-      "target "
-      "that none up to 1000000000 reaches is a failure. The difference reaches its target within 1E-5, or is "
-      "what stands after 100 steps.";
+      "target that none up to 1000000000 reaches is a failure. The difference reaches its target within "
+      "1E-5, or is what stands after 100 steps.";
   const char* const solutions =
       "LowerP and UpperP are searched from dHp in steps of 0.0001, away from it; they are the middle of the "
       "step that passes the target. A one-sided alternative fills its own side; no value where the search "

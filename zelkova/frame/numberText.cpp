@@ -98,6 +98,13 @@ double toNumber(std::string_view text) {
   return *value;
 }
 
+double toNumber(std::string_view text, const char* argument) {
+  const std::optional<double> value = numberOf(text);
+  if (value) return *value;
+  raise(FailureNumber::TypeMismatch,
+        std::string(argument) + ": \"" + std::string(trimmed(text)) + "\" is not a number");
+}
+
 std::string_view trimmed(std::string_view text) {
   constexpr std::string_view blanks = " \t\r\n";
   const std::size_t first = text.find_first_not_of(blanks);

@@ -18,6 +18,9 @@ std::optional<double> numberOf(std::string_view text);
 /// The number a text holds; failure 13 where it holds none.
 double toNumber(std::string_view text);
 
+/// The same, the failure naming the argument that the text came in.
+double toNumber(std::string_view text, const char* argument);
+
 /// `text` without the blanks, tabs and line ends around it.
 std::string_view trimmed(std::string_view text);
 

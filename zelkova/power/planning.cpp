@@ -1,5 +1,7 @@
 #include "zelkova/power/planning.h"
 
+#include <algorithm>
+
 #include "zelkova/frame/TestType.h"
 #include "zelkova/frame/numberText.h"
 
@@ -9,13 +11,7 @@ std::vector<double> numbersOf(std::string_view list, const char* argument) {
   std::vector<double> numbers;
   for (std::size_t start = 0; start <= list.size();) {
     const std::size_t end = std::min(list.find(',', start), list.size());
-    const std::string_view text = list.substr(start, end - start);
-    const std::optional<double> number = numberOf(text);
-    if (!number) {
-      raise(FailureNumber::TypeMismatch,
-            std::string(argument) + ": \"" + std::string(trimmed(text)) + "\" is not a number");
-    }
-    numbers.push_back(*number);
+    numbers.push_back(toNumber(list.substr(start, end - start), argument));
     start = end + 1;
   }
   return numbers;

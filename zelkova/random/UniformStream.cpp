@@ -21,4 +21,9 @@ void UniformStream::set(std::uint64_t seed) {
   isSet_ = true;
 }
 
+void UniformStream::unset() {
+  isSet_ = false;
+  randomize();
+}
+
 }  // namespace zelkova::random

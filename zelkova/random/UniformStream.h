@@ -15,15 +15,16 @@ class UniformStream {
   UniformStream(const UniformStream&) = delete;
   UniformStream& operator=(const UniformStream&) = delete;
 
-  /// What a method with a random result does at entry: starts the stream anew from the clock. Does nothing
-  /// while the stream is set, so that a run of several calls can be repeated.
+  /// Starts the stream anew from the clock, as `yRandom` does at entry; the generators of designs go on from
+  /// wherever it stands. Does nothing while the stream is set, so that a run of several calls can be
+  /// repeated.
   void randomize();
 
   /// Starts the stream at `seed` and keeps it from being started anew.
   void set(std::uint64_t seed);
 
-  /// Gives the stream back to the clock.
-  void unset() { isSet_ = false; }
+  /// Gives the stream back to the clock, which starts it anew.
+  void unset();
 
   /// The next draw: one of the 2^53 multiples of 2^-53 in [0, 1).
   double next() { return static_cast<double>(static_cast<std::int64_t>(engine_() >> 11)) * 0x1p-53; }

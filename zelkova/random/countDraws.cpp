@@ -113,7 +113,7 @@ void GetHyperRandom(WorksheetFunction& host, double Population, double Success, 
   const double population = std::trunc(Population);
   const double success = std::trunc(Success);
   const double sample = std::trunc(Sample);
-  if (sample == 0 || success == 0) {
+  if (sample == 0) {
     std::fill(cells.begin(), cells.end(), 0.0);
     return;
   }

@@ -18,8 +18,8 @@ void binomialDraws(WorksheetFunction& host, double trials, double probability, U
 /// Values around a Poisson distribution of mean `Mean`, at most 1000.
 void GetPoissonRandom(WorksheetFunction& host, double Mean, UniformStream& stream, std::span<double> cells);
 
-/// Values around the number of successes in a `Sample` without replacement, at most 1000; 0 where there is
-/// nothing to draw.
+/// Values around the number of successes in a `Sample` without replacement, at most 1000; 0 for a
+/// `Sample` of 0. Failure 1004 for what the host refuses, a population without successes too.
 void GetHyperRandom(WorksheetFunction& host, double Population, double Success, double Sample,
                     UniformStream& stream, std::span<double> cells);
 

@@ -21,17 +21,8 @@ using random::UniformStream;
 
 namespace {
 
-double numberOfArgument(std::string_view text, const char* name) {
-  const std::optional<double> number = numberOf(text);
-  if (!number) {
-    raise(FailureNumber::TypeMismatch,
-          std::string(name) + ": \"" + std::string(trimmed(text)) + "\" is not a number");
-  }
-  return *number;
-}
-
 Index sizeOf(std::string_view text, const char* name) {
-  const auto size = toInteger<std::int16_t>(numberOfArgument(text, name));
+  const auto size = toInteger<std::int16_t>(toNumber(text, name));
   if (size < 1) raise(FailureNumber::OutOfRange, std::string(name) + " must be at least 1");
   return size;
 }
@@ -49,7 +40,7 @@ struct Request {
   double parameter(std::size_t i) const {
     constexpr std::array names = {"Para1", "Para2", "Para3"};
     const std::string_view text = parameters[i - 1];
-    return trimmed(text).empty() ? 0 : numberOfArgument(text, names[i - 1]);
+    return trimmed(text).empty() ? 0 : toNumber(text, names[i - 1]);
   }
 
   /// Puts `value(u)`, u a fresh uniform draw, into every cell.
@@ -204,14 +195,14 @@ void yRandom::RandomOutput(const std::string& Distribution, const std::string& N
                            const std::string& NumRow, const std::string& Para1, const std::string& Para2,
                            const std::string& Para3, const DoubleArray& dValue, const DoubleArray& dProb,
                            DoubleArray& RandomValue) const {
+  UniformStream& stream = UniformStream::get();
+  stream.randomize();
   const Index columns = sizeOf(NumCol, "NumCol");
   const Index rows = sizeOf(NumRow, "NumRow");
   DoubleArray result(rows, columns, 0.0);
   const auto* const chosen = std::find_if(distributions.begin(), distributions.end(),
                                           [&](const auto& d) { return d.name == Distribution; });
   if (chosen != distributions.end()) {
-    UniformStream& stream = UniformStream::get();
-    stream.randomize();
     chosen->draw({worksheetFunction(), stream, {Para1, Para2, Para3}, dValue, dProb, result.elements()});
   }
   checked::leaving(result);
