@@ -163,13 +163,18 @@ TEST_P(HostileArguments, EndInAResultOrAFailure) {
     for (int round = 0; round < 1500 || (succeeded == 0 && round < 100'000); ++round) {
       const std::shared_ptr<void> instance = subject.create();
       std::vector<Value> values = hostile.arguments(method, sound);
+      const std::vector<Value> given = values;
+      // What a method gives back untouched is the caller's own, of any shape.
+      const auto isAsItCame = [&](std::size_t i) {
+        return method.arguments[i].direction == Direction::InOut && values[i] == given[i];
+      };
       try {
         const Value result = method.call(instance.get(), values);
         ++succeeded;
         EXPECT_TRUE(isFinite(result)) << method.name;
         for (std::size_t i = 0; i < values.size(); ++i) {
           EXPECT_TRUE(isFinite(values[i])) << method.name;
-          EXPECT_TRUE(isAsDescribed(method.arguments[i], values[i]))
+          EXPECT_TRUE(isAsItCame(i) || isAsDescribed(method.arguments[i], values[i]))
               << method.name << " " << method.arguments[i].name;
         }
       } catch (const Failure& failure) {
