@@ -360,22 +360,26 @@ std::vector<std::string> Request::warnings() const {
   std::vector<std::string> warnings;
   for (std::size_t i = 0; i < values_.size(); ++i) {
     const Argument& argument = method_->arguments[i];
-    const std::vector<std::string>& choices = argument.choices;
     const auto* text = std::get_if<std::string>(&values_[i]);
-    if (choices.empty() || text == nullptr) continue;
-    if (std::find(choices.begin(), choices.end(), *text) != choices.end()) continue;
+    if (text == nullptr || argument.accepts(*text)) continue;
     std::string warning = argument.name + " is " + inQuotes(*text) + ", which is none of its choices:";
-    for (const std::string& choice : choices) warning += " " + inQuotes(choice);
+    for (const std::string& choice : argument.choices) warning += " " + inQuotes(choice);
     warnings.push_back(std::move(warning));
   }
   return warnings;
 }
 
 void Request::checkComplete() const {
+  std::vector<const Argument*> missing;
   for (std::size_t i = 0; i < values_.size(); ++i) {
     const Argument& argument = method_->arguments[i];
-    if (argument.isNeeded() && !given_[i]) refuse(argument, "is missing");
+    if (argument.isNeeded() && !given_[i]) missing.push_back(&argument);
   }
+  if (missing.empty()) return;
+  std::string others;
+  for (std::size_t i = 1; i < missing.size(); ++i)
+    others += (i == 1 ? ", and so are " : ", ") + missing[i]->name;
+  refuse(*missing.front(), "is missing" + others);
 }
 
 }  // namespace zelkova::cli

@@ -230,5 +230,15 @@ TEST(ControlCharts, RefuseBadOptions) {
   EXPECT_EQ(failureNumber([&] { Chart("CChart", {}, {}, {}, ""); }), 9);
 }
 
+// Fault: data without phases that need a column of labels for their only one. Expected: the chart with the
+// labels.
+TEST(ControlCharts, NeedNoLabelsForASinglePhase) {
+  const Options tests{.test1 = "1", .rangeLength = "2"};
+  const Chart labelled("INDIVIDUAL", nile, {}, StringArray(30, "1"), "Average Moving Range", tests);
+  const Chart unlabelled("INDIVIDUAL", nile, {}, {}, "Average Moving Range", tests);
+  EXPECT_EQ(unlabelled.lower, labelled.lower);
+  EXPECT_EQ(unlabelled.failed, labelled.failed);
+}
+
 }  // namespace
 }  // namespace zelkova

@@ -184,6 +184,7 @@ class Comparison {
   void compare(std::size_t number, const Case& c) {
     case_ = std::to_string(number);
     name_ = c.request.name();
+    failed_ = c.answer.failure.has_value();
     if (c.answer.failure) {
       expectText("failure|", "zelkova." + c.request.target().name,
                  std::to_string(c.answer.failure->number()) + " " + c.answer.failure->text());
@@ -223,12 +224,21 @@ class Comparison {
     }
   }
 
-  /// Twelve digits, and as much in absolute terms where a result is 0 but for rounding.
+  /// How far two systems' results may lie apart. Where a search by differences ends is up to the last bits of
+  /// their elementary functions.
+  double tolerance() const {
+    const bool searches = name_.starts_with("yReliability.") || name_.starts_with("yProbability.");
+    return searches ? 1e-5 : 1e-12;
+  }
+
+  /// Twelve digits as a rule, and as much in absolute terms where a result is 0 but for rounding.
   void expectNumber(const std::string& place, double expected) {
     const auto [type, text] = take(place);
+    // A variable that the call did not come to is as the script has made it.
+    if (failed_ && type == "Empty" && expected == 0) return;
     const std::optional<double> actual = numberOf(text);
     if (type != "Double" || !actual ||
-        std::abs(*actual - expected) > 1e-12 * std::max(std::abs(expected), 1e-3)) {
+        std::abs(*actual - expected) > tolerance() * std::max(std::abs(expected), 1e-3)) {
       fault(name_ + ", " + place + ": " + numberText(expected) + " expected, " + type + " " + text +
             " printed");
     }
@@ -276,6 +286,7 @@ class Comparison {
   }
 
   Printed printed_;
+  bool failed_ = false;
   std::string folder_, case_, name_;
   int faults_ = 0;
 };

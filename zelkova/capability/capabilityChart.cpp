@@ -51,9 +51,9 @@ void yCapability::CapabilityChartoutput(const DoubleArray& dy, const StringArray
                                         DoubleArray& PlotOverall, DoubleArray& PlotLimitY,
                                         DoubleArray& PlotLSLX, DoubleArray& PlotUSLX,
                                         DoubleArray& PlotTargetX) const {
-  const auto upper = givenNumber(USL);
-  const auto lower = givenNumber(LSL);
-  const auto target = givenNumber(Target);
+  const auto upper = givenNumber(USL, "USL");
+  const auto lower = givenNumber(LSL, "LSL");
+  const auto target = givenNumber(Target, "Target");
   const std::span<const double> y = dy.vector();
   const double n = static_cast<double>(y.size());
 

@@ -213,17 +213,17 @@ void yCapability::CapabilityOutput(const DoubleArray& dy, const StringArray& dx,
                                    const std::string& HistSD, const std::string& HistSDB,
                                    const std::string& HistSDW, const std::string& DisplayC,
                                    const std::string& DisplayP, DoubleArray& Capability, bool BW) const {
-  const Specifications given{givenNumber(USL), givenNumber(LSL), givenNumber(Target)};
-  const double tolerance = givenNumber(Tolerance).value_or(6);
+  const Specifications given{givenNumber(USL, "USL"), givenNumber(LSL, "LSL"), givenNumber(Target, "Target")};
+  const double tolerance = givenNumber(Tolerance, "Tolerance").value_or(6);
   if (tolerance < 0) raise(FailureNumber::InvalidCall, "a tolerance must not be negative");
-  const SigmaOptions options{estimate1, estimate2, givenNumber(MRLength).value_or(2),
+  const SigmaOptions options{estimate1, estimate2, givenNumber(MRLength, "MRLength").value_or(2),
                              HistSD,    HistSDB,   HistSDW};
   WorksheetFunction& host = worksheetFunction();
 
   const std::span<const double> y = dy.vector();
   const control::Subgroups subgroups(y, dx.vector());
   const double n = static_cast<double>(y.size());
-  const double mean = givenNumber(HistMean).value_or(control::meanOf(y));
+  const double mean = givenNumber(HistMean, "HistMean").value_or(control::meanOf(y));
   const double overallSigma = GetStdDev(dy) / UnbiasC4(n);
 
   using Slot = NormalCapability;

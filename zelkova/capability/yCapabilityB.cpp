@@ -30,7 +30,7 @@ Samples defectivesOf(const DoubleArray& dy, const DoubleArray& dxN) {
 }
 
 std::optional<double> historicalProportion(const std::string& text) {
-  const std::optional<double> p = givenNumber(text);
+  const std::optional<double> p = givenNumber(text, "HistP");
   if (p && !(*p >= 0 && *p <= 1)) raise(FailureNumber::InvalidCall, "a proportion must be from 0 to 1");
   return p;
 }
@@ -138,7 +138,7 @@ void yCapabilityB::CapabilityBOutput(const DoubleArray& dy, const DoubleArray& d
   result(Slot::Z) = zValue(p, p, worksheetFunction());
   result(Slot::ZLimitLarger) = largerZ;
   result(Slot::ZLimitSmaller) = smallerZ;
-  result(Slot::Target) = givenNumber(Target).value_or(NoValue);
+  result(Slot::Target) = givenNumber(Target, "Target").value_or(NoValue);
   checked::leaving(result);
   Capability = std::move(result);
 }

@@ -20,7 +20,7 @@ using capability::unlessRefused;
 namespace {
 
 std::optional<double> historicalRate(const std::string& text) {
-  const std::optional<double> rate = givenNumber(text);
+  const std::optional<double> rate = givenNumber(text, "HistMu");
   if (rate && *rate < 0) raise(FailureNumber::InvalidCall, "a rate of defects must not be negative");
   return rate;
 }
@@ -56,7 +56,7 @@ void yCapabilityP::CapabilityPOutput(const DoubleArray& dy, const DoubleArray& d
   result(Slot::Upper) = checked::quotient(0.5 * twiceUpperLimit(x, host), n);
   result(Slot::Smallest) = GetMin(rates);
   result(Slot::Largest) = GetMax(rates);
-  result(Slot::Target) = givenNumber(Target).value_or(NoValue);
+  result(Slot::Target) = givenNumber(Target, "Target").value_or(NoValue);
   checked::leaving(result);
   Capability = std::move(result);
 }

@@ -156,6 +156,12 @@ const Class* Catalogue::find(std::string_view name) const {
   return found == classes_.end() ? nullptr : &*found;
 }
 
+bool Argument::accepts(std::string_view text) const {
+  return choices.empty() || std::any_of(choices.begin(), choices.end(), [&](const std::string& choice) {
+           return anyCase ? sameIgnoringCase(choice, text) : choice == text;
+         });
+}
+
 ArgumentNote& ArgumentNote::slots(std::string_view names) {
   argument_.slots.clear();
   for (std::size_t start = 0; start <= names.size();) {

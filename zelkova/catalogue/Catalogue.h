@@ -51,7 +51,11 @@ struct Argument {
       false;  ///< the last argument: the elements of its array may be passed as arguments of their own
   Value defaultValue;
   std::vector<std::string> choices;  ///< the option texts that mean something, where it takes one of a few
+  bool anyCase = false;              ///< whether those texts are compared without regard to case
   std::vector<std::string> slots;    ///< names of a fixed vector's slots or of a fixed table's columns
+
+  /// Whether `text` is one of the choices, or there are none to choose from.
+  bool accepts(std::string_view text) const;
 
   bool isInput() const { return direction != Direction::Out; }
   bool isOutput() const { return direction != Direction::In; }

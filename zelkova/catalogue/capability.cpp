@@ -16,26 +16,27 @@ Class describeNormal() {
   const Note lower("LSL", "lower specification; blank for none");
   const Note target("Target", "target; blank for none");
   return Description<yCapability>("yCapability", "Capability of a normally distributed characteristic")
-      .method(
-          "CapabilityOutput", &yCapability::CapabilityOutput,
-          "Sigma, capability indices, and the fractions beyond specification", measurements,
-          Note("dx", "the subgroup of each row, a run of equal texts"),
-          Note("estimate1",
-               "the estimate of sigma for subgroups of one value, and of the spread of subgroup means "
-               "with BW: Average Moving Range or Median Moving Range, case ignored"),
-          Note("estimate2", "the estimate within subgroups: Pooled Std Dev, SBar or RBar, case ignored"),
-          Note("MRLength", "length of the moving range; blank for 2"), upper, lower, target,
-          Note("Tolerance", "the process spread in sigmas; blank for 6"),
-          Note("HistMean", "historical mean; blank for the mean of the data"),
-          Note("HistSD", "historical sigma without BW; blank for the estimate"),
-          Note("HistSDB", "historical between-subgroup sigma with BW; blank for the estimate"),
-          Note("HistSDW", "historical within-subgroup sigma with BW; blank for the estimate"),
-          Note("DisplayC",
-               "what the slots with two names hold, indices or Z values: Cp & Pp (also where "
-               "blank) or Z & Sigma"),
-          Note("DisplayP", "the unit of the fractions: Parts per million (also where blank) or Percentage"),
-          Note("Capability", "the study").slots(NormalCapability::names),
-          Note("BW", "true for a study with a between-subgroup component").optional(false))
+      .method("CapabilityOutput", &yCapability::CapabilityOutput,
+              "Sigma, capability indices, and the fractions beyond specification", measurements,
+              Note("dx", "the subgroup of each row, a run of equal texts"),
+              Note("estimate1",
+                   "the estimate of sigma for subgroups of one value, and of the spread of subgroup means "
+                   "with BW")
+                  .choicesOfAnyCase({"Average Moving Range", "Median Moving Range"}),
+              Note("estimate2", "the estimate within subgroups")
+                  .choicesOfAnyCase({"Pooled Std Dev", "SBar", "RBar"}),
+              Note("MRLength", "length of the moving range; blank for 2"), upper, lower, target,
+              Note("Tolerance", "the process spread in sigmas; blank for 6"),
+              Note("HistMean", "historical mean; blank for the mean of the data"),
+              Note("HistSD", "historical sigma without BW; blank for the estimate"),
+              Note("HistSDB", "historical between-subgroup sigma with BW; blank for the estimate"),
+              Note("HistSDW", "historical within-subgroup sigma with BW; blank for the estimate"),
+              Note("DisplayC", "what the slots with two names hold, indices or Z values; blank for the first")
+                  .choices({"Cp & Pp", "Z & Sigma", ""}),
+              Note("DisplayP", "the unit of the fractions; blank for the first")
+                  .choices({"Parts per million", "Percentage", ""}),
+              Note("Capability", "the study").slots(NormalCapability::names),
+              Note("BW", "true for a study with a between-subgroup component").optional(false))
       .note(
           "Slots 6 and 7 are the sigma of the study and the overall one. With BW they are the between- and "
           "the within-subgroup sigma; slots 26 and 27, 0 otherwise, then hold the sigma that both make, on "
@@ -52,8 +53,8 @@ Class describeNormal() {
               "The capability histogram: bins, two normal curves and the lines of the specifications",
               measurements, Note("dx", "not read"), upper, lower, target,
               Note("dMean", "the mean of the curves"),
-              Note("dSD1", "the standard deviation within subgroups; empty for none"),
-              Note("dSD2", "the overall standard deviation; empty for none"),
+              Note("dSD1", "the standard deviation within subgroups; NoValue for none"),
+              Note("dSD2", "the overall standard deviation; NoValue for none"),
               Note("PlotX", "the midpoints of the bins"), Note("PlotY", "the counts"),
               Note("PlotWithin", "the curve of dSD1 at the midpoints, on the scale of the counts"),
               Note("PlotOverall", "the curve of dSD2"),

@@ -5,6 +5,24 @@
 
 namespace zelkova {
 
+namespace {
+
+/// The estimates of individual values and of subgroups, each alone and one of each joined; none for
+/// attributes.
+std::vector<std::string> sigmaEstimates() {
+  const std::vector<std::string> individual{"Average Moving Range", "Median Moving Range"};
+  const std::vector<std::string> subgroups{"Pooled Std Dev", "Sbar", "Rbar"};
+  std::vector<std::string> all = individual;
+  all.insert(all.end(), subgroups.begin(), subgroups.end());
+  for (const std::string& one : individual) {
+    for (const std::string& other : subgroups) all.push_back(one + ">" + other);
+  }
+  all.emplace_back();
+  return all;
+}
+
+}  // namespace
+
 void describeCharts(std::vector<Class>& classes) {
   using Note = ArgumentNote;
 
@@ -25,7 +43,8 @@ void describeCharts(std::vector<Class>& classes) {
   const Note marks("FailedTest", "for each point the tests that signal, such as #1##5#");
 
   const Note data("dy", "the data: values, or counts of defectives or defects");
-  const Note phases("dp", "the phase of each row; a phase is a run of equal texts");
+  const Note phases("dp",
+                    "the phase of each row; a phase is a run of equal texts; left out for a single phase");
   const Note position("DataX", "1, 2, ...: the position of each point");
   const Note centreLine("CCL", "the centre line at each position");
   const Note lowerLimits =
@@ -46,28 +65,28 @@ void describeCharts(std::vector<Class>& classes) {
 
   classes.push_back(
       Description<yControlChart>("yControlChart", "Control charts")
-          .method(
-              "ControlChartOutput", &yControlChart::ControlChartOutput,
-              "One control chart: variables, time-weighted, attribute, or of a between/within study",
-              chartType, data,
-              Note("dx",
-                   "the subgroup of each row, a run of equal texts; the sample size for PChart, NPChart "
-                   "and UChart; numbers for MA and EWMA; not read for INDIVIDUAL, MR and CChart"),
-              phases, position, Note("DataY", "the plotted points"), centreLine, lowerLimits, upperLimits,
-              dividerX, dividerY, marks, multipliers, lowerBound, upperBound,
-              Note(
-                  "EstimateType",
-                  "the estimate of sigma: Average Moving Range, Median Moving Range, Pooled Std Dev, Sbar or "
-                  "Rbar; for MA, EWMA and IMRRS1 to 3 the first two and the last three joined by >"),
-              Note("kvar1", k1), Note("kvar2", k2), Note("kvar3", k3), Note("kvar4", k4), Note("kvar5", k5),
-              Note("kvar6", k6), Note("kvar7", k7), Note("kvar8", k8),
-              optionalText("HistMean", "historical mean, proportion or count; empty for the phase's own"),
-              optionalText("HistSD", "historical sigma; empty for the estimate"),
-              optionalText("MRLength", "length of the moving range"),
-              optionalText("MALength", "length of the moving average"),
-              optionalText("Weight", "weight of the EWMA, from 0 to 1"),
-              optionalText("HistSDBetween", "historical between-subgroup sigma, IMRRS1 and 2"),
-              optionalText("HistSDWithin", "historical within-subgroup sigma, IMRRS1 to 3"))
+          .method("ControlChartOutput", &yControlChart::ControlChartOutput,
+                  "One control chart: variables, time-weighted, attribute, or of a between/within study",
+                  chartType, data,
+                  Note("dx",
+                       "the subgroup of each row, a run of equal texts; the sample size for PChart, NPChart "
+                       "and UChart; numbers for MA and EWMA; not read for INDIVIDUAL, MR and CChart"),
+                  phases, position, Note("DataY", "the plotted points"), centreLine, lowerLimits, upperLimits,
+                  dividerX, dividerY, marks, multipliers, lowerBound, upperBound,
+                  Note("EstimateType",
+                       "the estimate of sigma, not read for PChart to UChart; for MA, EWMA and IMRRS1 to 3 "
+                       "one of the moving "
+                       "ranges and one of the others joined by >")
+                      .choicesOfAnyCase(sigmaEstimates()),
+                  Note("kvar1", k1), Note("kvar2", k2), Note("kvar3", k3), Note("kvar4", k4),
+                  Note("kvar5", k5), Note("kvar6", k6), Note("kvar7", k7), Note("kvar8", k8),
+                  optionalText("HistMean", "historical mean, proportion or count; empty for the phase's own"),
+                  optionalText("HistSD", "historical sigma; empty for the estimate"),
+                  optionalText("MRLength", "length of the moving range"),
+                  optionalText("MALength", "length of the moving average"),
+                  optionalText("Weight", "weight of the EWMA, from 0 to 1"),
+                  optionalText("HistSDBetween", "historical between-subgroup sigma, IMRRS1 and 2"),
+                  optionalText("HistSDWithin", "historical within-subgroup sigma, IMRRS1 to 3"))
           .note(
               "INDIVIDUAL, MR, XBAR, RCHART, SCHART: Shewhart's charts of variables. MA and EWMA take rows "
               "as individual values where the labels number them (the last less the first plus 1 is the "

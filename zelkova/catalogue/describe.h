@@ -32,6 +32,12 @@ class ArgumentNote {
     return *this;
   }
 
+  /// The same, compared without regard to case.
+  ArgumentNote& choicesOfAnyCase(std::vector<std::string> texts) {
+    argument_.anyCase = true;
+    return choices(std::move(texts));
+  }
+
   /// An array argument that is a table, or may be either; without these it is a vector.
   ArgumentNote& table() { return shape(Shape::Table); }
   ArgumentNote& vectorOrTable() { return shape(Shape::VectorOrTable); }

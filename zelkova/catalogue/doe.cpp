@@ -134,7 +134,7 @@ Class analyse() {
               Note("CtStat", "its CtStatO"), Note("DoFR", "the degrees of freedom of its residual error"),
               Note("EP_X", "the terms of factors, in rising order of EP_Y"),
               Note("EP_Y", "their t values without sign; without error degrees of freedom their effects"),
-              Note("EPL_X", "0 and 1"), Note("EPL_Y", "twice the limit of significance"))
+              Note("EPL_X", "0 and 1"), Note("EPL_Y", "the limit of significance, at both ends"))
       .note(
           "Without error degrees of freedom the limit is that of Lenth's pseudo standard error, with a third "
           "of the number of effects, cut to a whole number, for degrees of freedom. It needs three effects, "

@@ -75,7 +75,8 @@ Class linearity() {
               .slots(GageBias::names),
           error)
       .note(
-          "The p-value of a bias takes its standard error from the readings within each part, pooled, and "
+          "The p-value of a bias takes its standard error from the readings at that reference value, pooled "
+          "over its parts, and "
           "one degree of freedom less than there are readings. Without repeated readings there is none; "
           "repeated readings that are all equal end in failure 11.")
       .note(

@@ -14,7 +14,7 @@ namespace {
 /// The number of a bound's text; a blank one binds nowhere.
 double boundOf(std::string_view text, double nowhere) {
   text = trimmed(text);
-  return text.empty() ? nowhere : toNumber(text);
+  return text.empty() ? nowhere : toNumber(text, "a bound of the limits");
 }
 
 /// Each line at its multiple of the one-sigma distance; `cut` keeps it within a bound.
@@ -50,7 +50,7 @@ std::vector<double> multipliersOf(std::string_view limitPos) {
   std::vector<double> multipliers;
   while (true) {
     const std::size_t comma = limitPos.find(',');
-    multipliers.push_back(toNumber(limitPos.substr(0, comma)));
+    multipliers.push_back(toNumber(limitPos.substr(0, comma), "LimitPos"));
     if (comma == std::string_view::npos) return multipliers;
     limitPos.remove_prefix(comma + 1);
   }
@@ -88,7 +88,7 @@ DoubleArray positions(Index points) {
 }
 
 double historicalSigma(std::string_view text) {
-  const double sigma = toNumber(text);
+  const double sigma = toNumber(text, "a historical sigma");
   if (sigma < 0) raise(FailureNumber::InvalidCall, "a standard deviation must not be negative");
   return sigma;
 }

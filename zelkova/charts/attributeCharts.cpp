@@ -23,7 +23,7 @@ std::vector<double> sizesOf(const Phase& phase) {
   for (std::size_t i = 0; i < phase.y.size(); ++i) {
     // Sizes are often all alike.
     const bool repeats = i > 0 && phase.x[i] == phase.x[i - 1];
-    sizes.push_back(repeats ? sizes.back() : toNumber(phase.x[i]));
+    sizes.push_back(repeats ? sizes.back() : toNumber(phase.x[i], "dx"));
     if (sizes.back() < 0) raise(FailureNumber::InvalidCall, "a sample size must not be negative");
   }
   return sizes;
@@ -31,7 +31,7 @@ std::vector<double> sizesOf(const Phase& phase) {
 
 /// Defectives or defects per unit, all samples together, or the historical value.
 double rateOf(const Phase& phase, const std::vector<double>& sizes, std::string_view histMean) {
-  return histMean.empty() ? checked::quotient(sumOf(phase.y), sumOf(sizes)) : toNumber(histMean);
+  return histMean.empty() ? checked::quotient(sumOf(phase.y), sumOf(sizes)) : toNumber(histMean, "HistMean");
 }
 
 std::vector<double> ratios(std::span<const double> counts, const std::vector<double>& sizes) {

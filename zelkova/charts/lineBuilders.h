@@ -40,11 +40,12 @@ void chartBWMovingRange(const Phase& phase, const ChartOptions& options, LineCol
 void chartBWRange(const Phase& phase, const ChartOptions& options, LineCollector& chart);
 void chartBWStdDev(const Phase& phase, const ChartOptions& options, LineCollector& chart);
 
-/// Begins each phase of `dp` in `chart` and calls build(phase). Failure 9 where `dp` is shorter than the
-/// data; labels may be missing.
+/// Begins each phase of `dp` in `chart` and calls build(phase). A `dp` that was never filled is a single
+/// phase; failure 9 where it is shorter than the data. Labels may be missing.
 template <class Build>
 void forEachPhase(const Phase& all, const StringArray& dp, LineCollector& chart, Build build) {
-  std::vector<Index> bounds = runStarts(dp.vector(), all.y.size());
+  std::vector<Index> bounds{0};
+  if (dp.filled()) bounds = runStarts(dp.vector(), all.y.size());
   bounds.push_back(static_cast<Index>(all.y.size()));
   for (std::size_t i = 0; i + 1 < bounds.size(); ++i) {
     const auto first = static_cast<std::size_t>(bounds[i]);

@@ -67,8 +67,10 @@ double withinSigmaOf(const Subgroups& subgroups, const ChartOptions& options) {
 double meansSigmaOf(const Subgroups& subgroups, const ChartOptions& options) {
   if (options.histSDBetween.empty()) {
     const std::string_view name = namesOf(options.estimate).movingRange;
-    if (name == "Average Moving Range") return sigmaAvgMRMeans(subgroups, toNumber(options.mrLength));
-    if (name == "Median Moving Range") return sigmaMedianMRMeans(subgroups, toNumber(options.mrLength));
+    if (name == "Average Moving Range")
+      return sigmaAvgMRMeans(subgroups, toNumber(options.mrLength, "MRLength"));
+    if (name == "Median Moving Range")
+      return sigmaMedianMRMeans(subgroups, toNumber(options.mrLength, "MRLength"));
     return 0;
   }
   const double between = historicalSigma(options.histSDBetween);
@@ -80,7 +82,7 @@ double meansSigmaOf(const Subgroups& subgroups, const ChartOptions& options) {
 }  // namespace
 
 double centreOf(const Phase& phase, std::string_view histMean) {
-  return histMean.empty() ? meanOf(phase.y) : toNumber(histMean);
+  return histMean.empty() ? meanOf(phase.y) : toNumber(histMean, "HistMean");
 }
 
 void chartIndividual(const Phase& phase, const ChartOptions& options, LineCollector& chart) {
@@ -89,7 +91,7 @@ void chartIndividual(const Phase& phase, const ChartOptions& options, LineCollec
 }
 
 void chartMovingRange(const Phase& phase, const ChartOptions& options, LineCollector& chart) {
-  addMovingRanges(phase.y, individualsSigma(phase, options), toNumber(options.mrLength), chart);
+  addMovingRanges(phase.y, individualsSigma(phase, options), toNumber(options.mrLength, "MRLength"), chart);
 }
 
 void chartXbar(const Phase& phase, const ChartOptions& options, LineCollector& chart) {
@@ -144,7 +146,7 @@ void chartBWMeans(const Phase& phase, const ChartOptions& options, LineCollector
 void chartBWMovingRange(const Phase& phase, const ChartOptions& options, LineCollector& chart) {
   const Subgroups subgroups = phase.subgroups();
   const double sigma = throughText(meansSigmaOf(subgroups, options));
-  addMovingRanges(subgroups.means(), sigma, toNumber(options.mrLength), chart);
+  addMovingRanges(subgroups.means(), sigma, toNumber(options.mrLength, "MRLength"), chart);
 }
 
 void chartBWRange(const Phase& phase, const ChartOptions& options, LineCollector& chart) {

@@ -10,8 +10,8 @@
 namespace zelkova::control {
 
 inline double movingRangeSigma(std::string_view name, std::span<const double> y, std::string_view mrLength) {
-  if (sameIgnoringCase(name, "Average Moving Range")) return sigmaAvgMR(y, toNumber(mrLength));
-  if (sameIgnoringCase(name, "Median Moving Range")) return sigmaMedianMR(y, toNumber(mrLength));
+  if (sameIgnoringCase(name, "Average Moving Range")) return sigmaAvgMR(y, toNumber(mrLength, "MRLength"));
+  if (sameIgnoringCase(name, "Median Moving Range")) return sigmaMedianMR(y, toNumber(mrLength, "MRLength"));
   return 0;
 }
 

@@ -227,7 +227,7 @@ class Tests {
 std::optional<Index> parameterOf(std::string_view text, int test) {
   text = trimmed(text);
   if (text.empty()) return std::nullopt;
-  const Index k = toInteger<std::int16_t>(toNumber(text));
+  const Index k = toInteger<std::int16_t>(toNumber(text, ("kvar" + std::to_string(test)).c_str()));
   // Tests 5 and 6 of 0 out of 1 point still ask something of that point; test 1 takes any distance.
   const Index least = test == 5 || test == 6 ? 0 : 1;
   if (test != 1 && k < least) {

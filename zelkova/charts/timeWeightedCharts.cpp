@@ -95,12 +95,14 @@ void withSeries(const Phase& phase, const ChartOptions& options, Add add) {
 }  // namespace
 
 void chartMovingAverage(const Phase& phase, const ChartOptions& options, LineCollector& chart) {
-  withSeries(phase, options,
-             [&](const Series& series) { addMovingAverages(series, toNumber(options.maLength), chart); });
+  withSeries(phase, options, [&](const Series& series) {
+    addMovingAverages(series, toNumber(options.maLength, "MALength"), chart);
+  });
 }
 
 void chartEWMA(const Phase& phase, const ChartOptions& options, LineCollector& chart) {
-  withSeries(phase, options, [&](const Series& series) { addEWMA(series, toNumber(options.weight), chart); });
+  withSeries(phase, options,
+             [&](const Series& series) { addEWMA(series, toNumber(options.weight, "Weight"), chart); });
 }
 
 }  // namespace zelkova::control

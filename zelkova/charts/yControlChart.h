@@ -10,13 +10,13 @@ namespace zelkova {
 /// host.
 ///
 /// `dy` are the data in any unit, finite; `dx` and `dp`, label and phase of each row, are at least as long. A
-/// subgroup and a phase are runs of adjacent equal labels; nothing crosses a phase. Historical values,
-/// lengths and weights are numbers as texts, empty for none. `LimitPos` are the sigma multipliers of the
-/// limits, such as "1,2,3"; `LCL` and `UCL` get a row for each position and a column for each multiplier.
-/// `PhaseX` and `PhaseY` get three corners for each divider between phases, as fractions of the axis; with
-/// one phase they stay as they are. Failures of all methods: 9 for an array that was never filled or is too
-/// short, 13 for a text that must be a number and is not, 5 for a negative standard deviation, 6 where a
-/// result overflows.
+/// subgroup and a phase are runs of adjacent equal labels; nothing crosses a phase. A `dp` that was never
+/// filled is a single phase. Historical values, lengths and weights are numbers as texts, empty for none.
+/// `LimitPos` are the sigma multipliers of the limits, such as "1,2,3"; `LCL` and `UCL` get a row for each
+/// position and a column for each multiplier. `PhaseX` and `PhaseY` get three corners for each divider
+/// between phases, as fractions of the axis; with one phase they stay as they are. Failures of all methods: 9
+/// for an array that was never filled or is too short, 13 for a text that must be a number and is not, 5 for
+/// a negative standard deviation, 6 where a result overflows.
 class yControlChart {
  public:
   /// One chart. `DataX` gets the positions 1, 2, ..., `DataY` the plotted points, `CCL` the centre line and

@@ -15,7 +15,9 @@ void yControlTest::CCTest(const DoubleArray& CCL, const DoubleArray& LCL, const 
   if (chart.centre.size() < n || chart.lower.size() < n || chart.upper.size() < n) {
     raise(FailureNumber::OutOfRange, "the lines must be as long as the points");
   }
-  FailedTest = control::failedTests(chart, control::runStarts(dp.vector(), n),
+  std::vector<Index> phaseStarts{0};
+  if (dp.filled()) phaseStarts = control::runStarts(dp.vector(), n);
+  FailedTest = control::failedTests(chart, phaseStarts,
                                     {kvar1s, kvar2s, kvar3s, kvar4s, kvar5s, kvar6s, kvar7s, kvar8s});
 }
 

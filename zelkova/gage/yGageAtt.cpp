@@ -209,7 +209,7 @@ void yGageAtt::GageAttributeOutput(const StringArray& /*dpart*/, const DoubleArr
   fitted.reserve(x.size());
   for (const double reference : x) fitted.push_back(line.at(reference));
 
-  DoubleArray result = assess(host, line, toNumber(Tolerance), Method);
+  DoubleArray result = assess(host, line, toNumber(Tolerance, "Tolerance"), Method);
   checked::leaving(result);
   checked::allFinite(fitted);
 

@@ -27,7 +27,10 @@ class ScaledSpread {
     df_ = static_cast<double>(y.size()) - (isSubgrouped() ? static_cast<double>(subgroups_.count()) : 1);
     if (df_ == 0) raise(FailureNumber::DivisionByZero, "a single value has no spread");
     logs_.reserve(y.size());
-    for (const double value : y) logs_.push_back(checked::log(value));
+    for (const double value : y) {
+      if (value <= 0) raise(FailureNumber::InvalidCall, "a value is not positive");
+      logs_.push_back(checked::log(value));
+    }
     const double centre = laneSum(logs_, [](double log) { return log; }) / static_cast<double>(y.size());
     geometricMean_ = checked::exp(centre);
     for (double& log : logs_) log -= centre;
@@ -160,7 +163,7 @@ void yBoxCox::BoxcoxOutput(const DoubleArray& dy, const StringArray& dx, bool Tr
                  [](const auto& point) { return point.second; });
   DoubleArray transformed;
   if (Transform) {
-    transformed = powers(dy, givenNumber(SpecifyLamda).value_or(best->first));
+    transformed = powers(dy, givenNumber(SpecifyLamda, "SpecifyLamda").value_or(best->first));
   }
 
   lambda = best->first;

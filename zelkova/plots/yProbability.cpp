@@ -123,8 +123,8 @@ void yProbability::ProbPlotOutput(const DoubleArray& dataarrayY, const std::stri
   const std::string& second = shapeFirst ? HistPara1 : HistPara2;
   const Index parameters = hasOneParameter(*dist) ? 1 : 2;
   DoubleArray hold(2, NoValue);
-  if (!first.empty()) hold(1) = toNumber(first);
-  if (!second.empty() && parameters == 2) hold(2) = toNumber(second);
+  if (!first.empty()) hold(1) = toNumber(first, shapeFirst ? "HistPara2" : "HistPara1");
+  if (!second.empty() && parameters == 2) hold(2) = toNumber(second, shapeFirst ? "HistPara1" : "HistPara2");
 
   DoubleArray starts = dataarrayY;
   DoubleArray ends = dataarrayY;
