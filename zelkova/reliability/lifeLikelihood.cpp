@@ -77,7 +77,7 @@ double over(const WeightedSpans& rows, Term term) {
 std::vector<double> logarithms(const std::vector<double>& times) {
   std::vector<double> result;
   result.reserve(times.size());
-  for (const double t : times) result.push_back(checked::log(t));
+  for (const double t : times) result.push_back(logTime(t));
   return result;
 }
 
@@ -174,7 +174,7 @@ LifeRows onLogScale(LifeRows rows) {
     WeightedTimes kept;
     for (std::size_t i = 0; i < kind.time.size(); ++i) {
       if (kind.time[i] == 0) continue;
-      kept.time.push_back(checked::log(kind.time[i]));
+      kept.time.push_back(logTime(kind.time[i]));
       kept.frequency.push_back(kind.frequency[i]);
     }
     kind = std::move(kept);
@@ -186,8 +186,8 @@ LifeRows onLogScale(LifeRows rows) {
       rows.left.frequency.push_back(rows.interval.frequency[i]);
       continue;
     }
-    spans.start.push_back(checked::log(rows.interval.start[i]));
-    spans.end.push_back(checked::log(rows.interval.end[i]));
+    spans.start.push_back(logTime(rows.interval.start[i]));
+    spans.end.push_back(logTime(rows.interval.end[i]));
     spans.frequency.push_back(rows.interval.frequency[i]);
   }
   rows.interval = std::move(spans);
