@@ -1,6 +1,7 @@
 #include "zelkova/reliability/lifeLikelihood.h"
 
-#include <numeric>
+#include <algorithm>
+#include <limits>
 
 #include "zelkova/frame/RunningObjects.h"
 #include "zelkova/kit/sums.h"
@@ -23,6 +24,7 @@ double sum(const std::vector<double>& values) {
 class ExponentialSum {
  public:
   void add(const std::vector<double>& y, const std::vector<double>& f) {
+    for (const double t : y) largest_ = std::max(largest_, t);
     y_.insert(y_.end(), y.begin(), y.end());
     f_.insert(f_.end(), f.begin(), f.end());
   }
@@ -30,18 +32,18 @@ class ExponentialSum {
   /// The sum of f exp(k (y - m)).
   double at(double k, double m) {
     if (y_.empty()) return 0;
-    const double largest = *std::max_element(y_.begin(), y_.end());
     if (k != k_) {
       relative_ =
-          laneSumOver(y_.size(), [&](std::size_t i) { return f_[i] * std::exp(k * (y_[i] - largest)); });
+          laneSumOver(y_.size(), [&](std::size_t i) { return f_[i] * std::exp(k * (y_[i] - largest_)); });
       k_ = k;
     }
-    return checked::finite(relative_ * checked::exp(k * (largest - m)));
+    return checked::finite(relative_ * checked::exp(k * (largest_ - m)));
   }
 
  private:
   std::vector<double> y_;
   std::vector<double> f_;
+  double largest_ = -std::numeric_limits<double>::infinity();
   double k_ = NoValue;
   double relative_ = 0;
 };
