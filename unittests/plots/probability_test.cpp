@@ -71,6 +71,11 @@ TEST_F(Probability, TakesHistoricalParameters) {
   EXPECT_EQ(pp(1), 5);
   EXPECT_EQ(failureNumber([&] { draw("Normal", "five"); }), 13);
   EXPECT_EQ(failureNumber([&] { draw("Lognormal", "", "", {1, 0, 3}); }), 5);
+  // Equal values have no line to start from, but a mean.
+  draw("Exponential", "", "", {3, 3, 3});
+  EXPECT_TRUE(isClose(pp(1), 3, 1e-6));
+  EXPECT_EQ(failureNumber([&] { draw("Weibull", "", "", {3, 3, 3}); }), 5);
+  EXPECT_EQ(failureNumber([&] { draw("Normal", "5", "-1"); }), 5);
   pp = {};
   draw("Gamma");
   EXPECT_EQ(p, "None");

@@ -135,6 +135,9 @@ TEST_F(Reliability, FindsTheMaximum) {
   }
   fit(ovarian(), "Exponential", {1000});
   EXPECT_TRUE(isClose(P(1), std::exp(7.1693500166706), 1e-6));
+  // From so far away every tail is 0 in doubles.
+  fit(everyKind(), "Lognormal", {50, 0.3});
+  EXPECT_TRUE(areClose(P, {2.1733923713546, 0.67382830053013}, 1e-6));
   fit(ovarian(), "Weibull", {900, 1.2}, {NoValue, 1.2});
   EXPECT_TRUE(isClose(P(1), 1177.966901223, 1e-6));
   EXPECT_TRUE(isClose(1 / FM(1, 1), 80301.27431226, 1e-4));
@@ -169,6 +172,15 @@ TEST_F(Reliability, TabulatesAWeibullFit) {
   EXPECT_EQ(Para(LifeSummary::RightCensored), 14);
   EXPECT_TRUE(isClose(Para(LifeSummary::AD), 82.86380311902, 1e-5));
   EXPECT_EQ(Para(LifeSummary::TurnbullExact), NoValue);
+
+  // By hand: two failures of a mean life of 1 at median ranks 0.7 / 2.4 and 1.7 / 2.4, the second beyond a
+  // fitted share of 1 - 1E-12, where the integral ends.
+  LifeData far{{1, 40}, {1, 40}, {1, 1}};
+  engine.CalPara(far.SA, far.EA, far.FA, "Median rank", "Exponential", 1, 1, Para);
+  const double p = 0.7 / 2.4;
+  const double F = 1 - std::exp(-1.0);
+  const double distance = 1 - F - p * p * std::log(F) + (1 - p) * (1 - p) * (std::log(1e12) - 1) - (1 - F);
+  EXPECT_TRUE(isClose(Para(LifeSummary::AD), 2 * distance, 1e-10));
 }
 
 // Faults: the line's estimate lost to the search's, a held parameter with a variance, an estimate that cannot
@@ -198,6 +210,30 @@ TEST_F(Reliability, KeepsTheEstimateThatWasAsked) {
   P = {};
   analyse(ovarian(), "weibull", "Least squares");
   EXPECT_FALSE(P.filled());
+  fit(ovarian(), "Gamma|Linear", {-1, 2, 3});
+  EXPECT_EQ(P(1), -1);
+}
+
+// Faults: a refusal that leaves the user to guess. Expected: the texts as documented.
+TEST_F(Reliability, SaysWhatIsWrong) {
+  const auto textOf = [](auto call) {
+    try {
+      call();
+    } catch (const Failure& failure) {
+      return failure.text();
+    }
+    return std::string();
+  };
+  const LifeData fromZero{{0, 5, 8}, {0, 5, 8}, {1, 1, 1}};
+  const std::string noLogarithm = "Invalid procedure call or argument: a time of 0 or below has no logarithm";
+  EXPECT_EQ(textOf([&] { analyse(fromZero, "Weibull", "Maximum likelihood"); }), noLogarithm);
+  EXPECT_EQ(textOf([&] { fit(fromZero, "Weibull", {5, 1}); }), noLogarithm);
+  EXPECT_EQ(textOf([&] {
+              lineThrough({{1, 2}, {1}, {1, 1}}, "Median rank", "Normal");
+            }),
+            "Subscript out of range: there are fewer ends than starts");
+  EXPECT_EQ(textOf([&] { engine.CalTimes(0.9, 5, -1, "Normal", 1, 1, 0, {4}, SurvTable); }),
+            "Invalid procedure call or argument: the standard deviation is not positive");
 }
 
 // Faults: a moment of another distribution, one that does not exist given as a number. Expected: closed

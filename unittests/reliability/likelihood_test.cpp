@@ -68,12 +68,17 @@ TEST_F(Likelihood, GuardsTimesOfZero) {
   EXPECT_TRUE(isClose(row(0, 3, "Weibull", {2, 1}), -std::log(1 - std::exp(-1.5))));
 }
 
-// Faults: a search that stops where 1 - F is 0 in doubles. Expected: R, pnorm(lower.tail = FALSE, log.p =
-// TRUE) and log(pnorm(20, lower = F) - pnorm(21, lower = F)).
+// Faults: a search that stops where 1 - F is 0 in doubles. Expected: R, pnorm and plogis with lower.tail =
+// FALSE, log.p = TRUE, a difference of two as log(a) + log1p(-exp(log(b) - log(a))).
 TEST_F(Likelihood, KeepsDigitsFarFromTheMaximum) {
   EXPECT_TRUE(isClose(row(20, NoValue, "Normal", {0, 1}), 203.917155371078, 1e-10));
   EXPECT_TRUE(isClose(row(20, 21, "Normal", {0, 1}), 203.917155372292, 1e-10));
+  EXPECT_TRUE(isClose(row(150, NoValue, "Normal", {0, 1}), 11255.929618267));
+  EXPECT_TRUE(isClose(row(NoValue, -150, "Normal", {0, 1}), 11255.929618267));
+  EXPECT_TRUE(isClose(row(60, 61, "Normal", {0, 1}), 1805.0135606806));
   EXPECT_TRUE(isClose(row(50, NoValue, "Logistic", {0, 1}), 50, 1e-10));
+  EXPECT_TRUE(isClose(row(800, 801, "Logistic", {0, 1}), 800.45867514539));
+  EXPECT_TRUE(isClose(row(-801, -800, "Logistic", {0, 1}), 800.45867514539));
 }
 
 // Faults: stress on the wrong scale, a frequency where every row counts once. Expected: R,

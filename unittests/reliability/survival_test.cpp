@@ -101,6 +101,13 @@ TEST_F(Survival, WeighsSpans) {
   EXPECT_TRUE(areClose(SY, {1, 1, 0.9, 0.9, 0.6, 0.6, 0.2, 0.2, 0.1}));
   EXPECT_EQ(FU(7), 1 - SL(7));
   EXPECT_EQ(failureNumber([&] { spans({{0, 10}, {10, 20}, {0, 1}}); }), 11);
+
+  // Work that grows with the square of the spans would not end here, and its differences would be noise.
+  constexpr Index n = 20000;
+  LifeData many{DoubleArray(n), DoubleArray(n), DoubleArray(n, 1.0)};
+  for (Index i = 1; i <= n; ++i) many.SA(i) = (many.EA(i) = static_cast<double>(i)) - 1;
+  spans(many);
+  EXPECT_TRUE(isClose(table(10000, SpanSurvival::SE), 100.0 / n, 1e-6));
 }
 
 class Accelerated : public WithHost {

@@ -40,8 +40,7 @@ const Note shares("Percent", "shares of failed units whose times are asked for, 
 const Note someTimes("times", "times whose survival is asked for");
 const Note linePlot =
     Note("PlotHVLU",
-         "15 rows: share, score on the vertical axis, limits of the time, time of the fitted "
-         "line")
+         "15 rows: share, score on the vertical axis, limits of the time, time of the fitted line")
         .table()
         .slots(ProbabilityLine::names);
 const Note percentiles =
@@ -62,10 +61,13 @@ const Note plotScores("PlotY", "their scores on the vertical axis of the probabi
 
 const char* const parameterNote =
     "Parameters 1 and 2 are scale and shape (Weibull), location and scale of t (Smallest Extreme Value, "
-    "Logistic) or of "
-    "ln t (Loglogistic), mean and standard deviation of t (Normal) or ln t (Lognormal), or the mean "
-    "(Exponential, whose "
-    "parameter 2 is the same value). An unknown distribution fills nothing, or arrays without values.";
+    "Logistic) or of ln t (Loglogistic), mean and standard deviation of t (Normal) or ln t (Lognormal), or "
+    "the mean (Exponential, whose parameter 2 is the same value). An unknown distribution fills nothing, or "
+    "arrays without values.";
+
+const char* const unitNote =
+    "Choose a unit in which lives are some tenths to some thousands: the search works in the units of the "
+    "parameters, and may end beside the maximum without a sign where lives are above 1E5 or below 0.01.";
 
 Class reliability() {
   const Note held("hold", "a value that a parameter is held at, no value for a free one; may be left out");
@@ -75,8 +77,8 @@ Class reliability() {
               frequencies().inOut())
       .note(
           "All rows that overlap any other become one last row, from the latest start to the earliest end, "
-          "even where "
-          "they form several groups; look at it before the analysis goes on. Rows with an open end stay.")
+          "even where they form several groups; look at it before the analysis goes on. Rows with an open "
+          "end stay.")
       .method("Para_LS", &yReliability::Para_LS,
               "Plot positions, and the least squares line of time on score", starts().inOut(), ends().inOut(),
               frequencies().inOut(), plotPosition, distribution,
@@ -87,36 +89,33 @@ Class reliability() {
           "The rows come back sorted by their start, for Turnbull by their end. Only Turnbull looks at "
           "frequencies.")
       .note(parameterNote)
-      .method(
-          "Para_ML", &yReliability::Para_ML, "Maximum likelihood by a search from a start", starts(), ends(),
-          Note("FA",
-               "how many units each row stands for; stresses, or a table of frequency and covariates, for "
-               "other models")
-              .vectorOrTable(),
-          Note("dist",
-               "the life distribution; with a bar and a relation a model of accelerated life; after LDR a "
-               "regression"),
-          Note("P", "the start, then the estimate").inOut(),
-          Note("MLO", "log-likelihood and iterations").slots(LifeFit::names),
-          Note("FM", "the observed information, by differences; 1E-8 on the diagonal of a held parameter")
-              .table(),
-          Note("hold", "a value that a parameter is held at, no value for a free one"))
+      .method("Para_ML", &yReliability::Para_ML, "Maximum likelihood by a search from a start", starts(),
+              ends(),
+              Note("FA",
+                   "how many units each row stands for; stresses, or a table of frequency and covariates, "
+                   "for other models")
+                  .vectorOrTable(),
+              Note("dist",
+                   "the life distribution; with a bar and a relation a model of accelerated life; after LDR "
+                   "a regression"),
+              Note("P", "the start, then the estimate").inOut(),
+              Note("MLO", "log-likelihood and iterations").slots(LifeFit::names),
+              Note("FM", "the observed information, by differences; 1E-8 on the diagonal of a held parameter")
+                  .table(),
+              Note("hold", "a value that a parameter is held at, no value for a free one"))
       .note(
           "The value for Lognormal has the terms -ln t of exact times and that for Loglogistic has not: the "
-          "two cannot "
-          "be compared.")
+          "two cannot be compared.")
       .note(
           "The parameters of accelerated life are (spread, b0, b1), and each row counts once. Those of a "
-          "regression are "
-          "(spread, a coefficient for each covariate).")
+          "regression are (spread, a coefficient for each covariate).")
+      .note(unitNote)
       .method("CalPara", &yReliability::CalPara, "The summary of a fit, with its goodness", starts().inOut(),
               ends().inOut(), frequencies().inOut(), plotPosition, distribution, first, second, summary)
       .note(
           "AD is the Anderson-Darling statistic adjusted for the plot positions, integrated over the steps "
-          "of the plot up "
-          "to a fitted share of 1 - 1E-12 and multiplied by the number of points: the less, the better the "
-          "distribution "
-          "fits. Compare it among distributions with the same plot positions.")
+          "of the plot up to a fitted share of 1 - 1E-12 and multiplied by the number of points: the less, "
+          "the better the distribution fits. Compare it among distributions with the same plot positions.")
       .method("ParaAnalysis", &yReliability::ParaAnalysis, "A whole parametric analysis", starts("SA0"),
               ends("EA0"), frequencies("FA0"), distribution, plotPosition, estimation, shares, someTimes,
               Note("P", "the parameters"), percentiles, labels, moments, summary,
@@ -131,12 +130,12 @@ Class reliability() {
       .note(parameterNote)
       .note(
           "Variances are those at the maximum of the likelihood, for least squares too. Where a parameter is "
-          "held, var2 "
-          "is 0; var1 of a held parameter 1 says nothing.")
+          "held, var2 is 0; var1 of a held parameter 1 says nothing.")
       .note(
           "A search that fails starts again from nine tenths of its start, nine times; then the text Cannot "
-          "Find solution "
-          "is shown and outputs stay as the last search had them.")
+          "Find solution is shown and outputs stay as the last search had them. A share of 0 or 100 percent "
+          "and a time that the distribution cannot have fail it too.")
+      .note(unitNote)
       .method("ParaAnalysisPlot", &yReliability::ParaAnalysisPlot, "The plots of a fit, each under its flag",
               distribution, first, second, variance1, variance2, Note("var3", "not read"), covariance,
               Note("covar13", "not read"), Note("covar23", "not read"), linePlot,
@@ -159,8 +158,7 @@ Class reliability() {
               moments)
       .note(
           "Standard errors by the delta method; those of moments and of the interquartile range take "
-          "derivatives by "
-          "differences of 1E-5 of a parameter. A moment that does not exist has no value.")
+          "derivatives by differences of 1E-5 of a parameter. A moment that does not exist has no value.")
       .method("CalTimes", &yReliability::CalTimes, "Survival at given times with limits", confidence, first,
               second, distribution, variance1, variance2, covariance, someTimes, survivals)
       .method("ProbPlot", &yReliability::ProbPlot, "The line and bands of a probability plot", confidence,
@@ -187,8 +185,7 @@ Class reliability() {
               Note("HarzPlotX", "outline of the hazard"), Note("HarzPlotY", "its level"))
       .note(
           "The mean is the area under the survival up to the last time, without censoring the mean of the "
-          "times. Limits "
-          "are plain normal ones, cut to 0 and 1.")
+          "times. Limits are plain normal ones, cut to 0 and 1.")
       .method("NonParaA", &yReliability::NonParaA, "Survival of data with arbitrary censoring", starts(),
               ends(), frequencies(), confidence,
               Note("ProbSEFS", "a row for each span, by its end").table().slots(SpanWeight::names),
@@ -238,16 +235,13 @@ Class reliability() {
           Note("RelACIU", "its upper limit"))
       .note(
           "Every row counts once in the joint fit; frequencies weigh the plots of the single levels only. "
-          "Repeat a row "
-          "that stands for several units.")
+          "Repeat a row that stands for several units.")
       .note(
           "A level without a failure shows a message and has no plot, but its rows take part in the joint "
-          "fit. An unknown "
-          "distribution or relation fills nothing.")
+          "fit. An unknown distribution or relation fills nothing.")
       .note(
           "Standard errors come from second derivatives by differences: expect two or three digits where the "
-          "stresses "
-          "span a narrow range of the transformed scale.")
+          "stresses span a narrow range of the transformed scale.")
       .done();
 }
 
@@ -271,8 +265,7 @@ Class probability() {
       .note("Parameters are of maximum likelihood: the standard deviation of Normal has the divisor n.")
       .note(
           "For Normal and Lognormal with a corrected statistic below 0.34, the p-value is that of the close "
-          "side, so that "
-          "data which fit too well stand out with a small one.")
+          "side, so that data which fit too well stand out with a small one.")
       .done();
 }
 

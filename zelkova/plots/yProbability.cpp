@@ -11,6 +11,8 @@
 #include "zelkova/kit/modzStat.h"
 #include "zelkova/kit/sums.h"
 #include "zelkova/reliability/LifeDistribution.h"
+#include "zelkova/reliability/lifeData.h"
+#include "zelkova/reliability/retry.h"
 
 namespace zelkova {
 
@@ -60,14 +62,19 @@ std::string normalEstimated(double A) {
   return levelText(std::exp(-13.436 + 101.14 * A - 223.73 * A * A));
 }
 
-/// n A2 of the sorted values, each logarithm from its own tail.
+double logShare(double share) {
+  if (!(share > 0)) raise(FailureNumber::InvalidCall, "the distribution cannot have a value of the data");
+  return checked::log(share);
+}
+
+/// The Anderson-Darling statistic of the sorted values, each logarithm from its own tail.
 double andersonDarling(const Life& life, const DoubleArray& sorted) {
   const Index n = sorted.rows();
   const double count = static_cast<double>(n);
   const double sum = laneSumOver(static_cast<std::size_t>(n), [&](std::size_t k) {
     const Index i = static_cast<Index>(k) + 1;
     return (1 - 2 * static_cast<double>(i)) / count *
-           (checked::log(life.failure(sorted(i))) + checked::log(life.survival(sorted(n + 1 - i))));
+           (logShare(life.failure(sorted(i))) + logShare(life.survival(sorted(n + 1 - i))));
   });
   return checked::finite(sum - count);
 }
@@ -76,7 +83,7 @@ double andersonDarling(const Life& life, const DoubleArray& sorted) {
 DoubleArray normalStart(const DoubleArray& data, bool logarithms) {
   DoubleArray scaled = data;
   if (logarithms) {
-    for (double& x : scaled.elements()) x = checked::log(x);
+    for (double& x : scaled.elements()) x = logTime(x);
   }
   return {GetMean(scaled), GetStdDev(scaled)};
 }
@@ -132,6 +139,10 @@ void yProbability::ProbPlotOutput(const DoubleArray& dataarrayY, const std::stri
   DoubleArray P, x, y;
   double corr = 0;
   reliability_.Para_LS(starts, ends, ones, "Median rank", Distribution, P, corr, x, y, NoValue);
+  if (P(1) == NoValue && parameters == 2 && hold(2) == NoValue) {
+    raise(FailureNumber::InvalidCall, "the data have no spread");
+  }
+  P = startAfter(0, P, hold);
   const bool logarithms = *dist == LifeDistribution::Lognormal;
   if (logarithms || *dist == LifeDistribution::Normal) P = normalStart(dataarrayY, logarithms);
 

@@ -27,7 +27,8 @@ class yProbability : public HostBound {
   /// scores at median ranks, `PlotHVLU` the table of `yReliability.ProbPlot`.
   ///
   /// An unknown distribution gives the text "None" and nothing else. Failures: 5 for values that the
-  /// distribution cannot have and for data without spread, 13 for a parameter that is no number.
+  /// distribution cannot have, for data without spread where parameter 2 is to be estimated and for a
+  /// standard deviation that is not positive, 13 for a parameter that is no number.
   void ProbPlotOutput(const DoubleArray& dataarrayY, const std::string& Distribution,
                       const std::string& HistPara1, const std::string& HistPara2, double CLevel,
                       DoubleArray& pp, std::string& Pvalue, DoubleArray& PlotX, DoubleArray& PlotY,

@@ -5,6 +5,7 @@
 
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
+#include "zelkova/reliability/lifeData.h"
 #include "zelkova/reliability/modzRSAP.h"
 
 namespace zelkova {
@@ -18,6 +19,10 @@ double logComplement(double p) {
 }
 
 double logit(double p) { return checked::log(p) - logComplement(p); }
+
+bool isNormalFamily(LifeDistribution dist) {
+  return dist == LifeDistribution::Normal || dist == LifeDistribution::Lognormal;
+}
 
 /// Euler's constant. deliberate: of four decimals, as the tables of this distribution print it.
 constexpr double eulers = 0.5772;
@@ -74,14 +79,17 @@ double Life::quantile(double p) const {
 }
 
 double Life::standardised(double t) const {
+  if (isNormalFamily(dist_) && !(para2_ > 0)) {
+    raise(FailureNumber::InvalidCall, "the standard deviation is not positive");
+  }
   switch (dist_) {
     case LifeDistribution::Weibull:
-      return para2_ * (checked::log(t) - checked::log(para1_));
+      return para2_ * (logTime(t) - checked::log(para1_));
     case LifeDistribution::Exponential:
-      return checked::log(t) - checked::log(para1_);
+      return logTime(t) - checked::log(para1_);
     case LifeDistribution::Lognormal:
     case LifeDistribution::Loglogistic:
-      return checked::quotient(checked::log(t) - para1_, para2_);
+      return checked::quotient(logTime(t) - para1_, para2_);
     default:
       return checked::quotient(t - para1_, para2_);
   }

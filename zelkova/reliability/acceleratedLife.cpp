@@ -2,12 +2,12 @@
 #include <cmath>
 
 #include "zelkova/frame/NoValue.h"
-#include "zelkova/frame/RunningObjects.h"
 #include "zelkova/frame/arithmetic.h"
+#include "zelkova/kit/Levels.h"
 #include "zelkova/kit/modzMatrix.h"
-#include "zelkova/kit/modzSupport.h"
 #include "zelkova/reliability/LifeDistribution.h"
 #include "zelkova/reliability/families.h"
+#include "zelkova/reliability/lifeData.h"
 #include "zelkova/reliability/percentiles.h"
 #include "zelkova/reliability/relationLikelihood.h"
 #include "zelkova/reliability/retry.h"
@@ -19,21 +19,17 @@ namespace {
 
 constexpr std::string_view relations[] = {"Linear", "Arrhenius", "Inverse Temp", "Ln(Power)"};
 
+bool isRelation(const std::string& accf) {
+  return std::find(std::begin(relations), std::end(relations), accf) != std::end(relations);
+}
+
 /// A relation between stress and location: x is the transformed stress.
 class Relation {
  public:
   explicit Relation(const std::string& accf) : name_("|" + accf) {}
 
   double x(double stress) const { return transformedStress(name_, stress); }
-
-  /// The stress of an x.
-  double stress(double at) const {
-    constexpr double zeroCelsius = 273.16;
-    if (name_ == "|Arrhenius") return checked::quotient(11604.83, at) - zeroCelsius;
-    if (name_ == "|Inverse Temp") return checked::quotient(1, at) - zeroCelsius;
-    if (name_ == "|Ln(Power)") return checked::exp(at);
-    return at;
-  }
+  double stress(double at) const { return stressAt(name_, at); }
 
  private:
   std::string name_;
@@ -46,7 +42,7 @@ class JointModel {
   JointModel(WorksheetFunction& host, LifeDistribution dist) : host_(&host), dist_(dist) {}
 
   LifeDistribution dist() const { return dist_; }
-  double scaled(double time) const { return worksOnLogarithms(dist_) ? checked::log(time) : time; }
+  double scaled(double time) const { return worksOnLogarithms(dist_) ? logTime(time) : time; }
 
   /// Location and spread of a life distribution with these parameters.
   double location(double para1) const { return hasScaleParameter() ? checked::log(para1) : para1; }
@@ -101,48 +97,41 @@ class JointModel {
   LifeDistribution dist_;
 };
 
-/// Columns of different length in one table, the shorter ones filled up with `NoValue`.
-DoubleArray sideBySide(const std::vector<std::vector<double>>& columns) {
-  std::size_t longest = 0;
-  for (const auto& column : columns) longest = std::max(longest, column.size());
-  DoubleArray table(static_cast<Index>(longest), static_cast<Index>(columns.size()), NoValue);
-  for (std::size_t j = 0; j < columns.size(); ++j) {
-    for (std::size_t i = 0; i < columns[j].size(); ++i) {
-      table(static_cast<Index>(i + 1), static_cast<Index>(j + 1)) = columns[j][i];
-    }
-  }
-  return table;
-}
-
-std::vector<double> copyOf(std::span<const double> values) { return {values.begin(), values.end()}; }
-
-/// The rows of one stress level.
-struct LevelRows {
+/// Life data of their own: those of a stress level, or residuals.
+struct Sample {
   DoubleArray SA;
   DoubleArray EA;
   DoubleArray FA;
-  bool hasFailure = false;
+
+  bool hasFailure() const {
+    const auto ends = EA.elements();
+    return std::any_of(ends.begin(), ends.end(), [](double t) { return t != NoValue; });
+  }
 };
 
-LevelRows rowsAt(double level, const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& FA,
-                 const DoubleArray& AA) {
-  std::vector<double> starts;
-  std::vector<double> ends;
-  std::vector<double> frequencies;
-  bool hasFailure = false;
+/// The rows of each stress level, in the order of the levels.
+std::vector<Sample> samplesOf(const Levels& levels, const DoubleArray& SA, const DoubleArray& EA,
+                              const DoubleArray& FA) {
+  struct Columns {
+    std::vector<double> starts, ends, frequencies;
+  };
+  std::vector<Columns> columns(static_cast<std::size_t>(levels.count()));
   for (Index i = 1; i <= SA.rows(); ++i) {
-    if (AA(i) != level) continue;
-    starts.push_back(SA(i));
-    ends.push_back(EA(i));
-    frequencies.push_back(FA(i));
-    hasFailure = hasFailure || EA(i) != NoValue;
+    Columns& own = columns[static_cast<std::size_t>(levels.codes()[static_cast<std::size_t>(i - 1)])];
+    own.starts.push_back(SA(i));
+    own.ends.push_back(EA(i));
+    own.frequencies.push_back(FA(i));
   }
-  return {DoubleArray(std::move(starts)), DoubleArray(std::move(ends)), DoubleArray(std::move(frequencies)),
-          hasFailure};
+  std::vector<Sample> samples;
+  for (Columns& own : columns) {
+    samples.push_back({DoubleArray(std::move(own.starts)), DoubleArray(std::move(own.ends)),
+                       DoubleArray(std::move(own.frequencies))});
+  }
+  return samples;
 }
 
-/// The fit of one data set alone with its probability plot.
-struct SinglePlot {
+/// The fit of one sample alone with its probability plot.
+struct SingleFit {
   DoubleArray P;
   DoubleArray PlotX;
   DoubleArray PlotY;
@@ -150,9 +139,9 @@ struct SinglePlot {
   bool fitted = false;
 };
 
-SinglePlot plotAlone(const yReliability& engine, const LevelRows& rows, const std::string& dist,
-                     const std::string& pMtd, const std::string& estimate, double CLevel) {
-  SinglePlot plot;
+SingleFit fitAlone(const yReliability& engine, const Sample& sample, const std::string& dist,
+                   const std::string& pMtd, const std::string& estimate, double CLevel) {
+  SingleFit fit;
   DoubleArray PM, PMM, Para, ParaEst, SurvTable;
   StringArray PMS;
   double corr = 0;
@@ -161,17 +150,58 @@ SinglePlot plotAlone(const yReliability& engine, const LevelRows& rows, const st
   double covar12 = NoValue;
   double unused = 0;
   try {
-    engine.ParaAnalysis(rows.SA, rows.EA, rows.FA, dist, pMtd, estimate, {}, {}, plot.P, PM, PMS, PMM, Para,
-                        corr, plot.PlotX, plot.PlotY, ParaEst, SurvTable, {}, var1, var2, unused, covar12,
+    engine.ParaAnalysis(sample.SA, sample.EA, sample.FA, dist, pMtd, estimate, {}, {}, fit.P, PM, PMS, PMM,
+                        Para, corr, fit.PlotX, fit.PlotY, ParaEst, SurvTable, {}, var1, var2, unused, covar12,
                         unused, unused);
     // Variances are there if and only if a search has ended well.
-    if (var1 == NoValue) return plot;
-    engine.ProbPlot(CLevel, plot.P(1), plot.P(plot.P.rows()), dist, var1, var2, covar12, plot.PlotHVLU);
-    plot.fitted = true;
+    if (var1 == NoValue) return fit;
+    engine.ProbPlot(CLevel, fit.P(1), fit.P(fit.P.rows()), dist, var1, var2, covar12, fit.PlotHVLU);
+    fit.fitted = true;
   } catch (const Failure&) {
     // A level that cannot be fitted alone still takes part in the joint fit.
   }
-  return plot;
+  return fit;
+}
+
+/// A table with a column for each fit, the shorter ones filled up with `NoValue`; `columnOf` gives a span.
+template <class ColumnOf>
+DoubleArray sideBySide(const std::vector<SingleFit>& fits, ColumnOf columnOf) {
+  std::size_t longest = 0;
+  for (const SingleFit& fit : fits) longest = std::max(longest, columnOf(fit).size());
+  DoubleArray table(static_cast<Index>(longest), static_cast<Index>(fits.size()), NoValue);
+  for (std::size_t j = 0; j < fits.size(); ++j) {
+    const std::span<const double> column = columnOf(fits[j]);
+    for (std::size_t i = 0; i < column.size(); ++i) {
+      table(static_cast<Index>(i + 1), static_cast<Index>(j + 1)) = column[i];
+    }
+  }
+  return table;
+}
+
+/// A column of the probability line of each fit.
+DoubleArray linesSideBySide(const std::vector<SingleFit>& fits, ProbabilityLine::Slot slot) {
+  return sideBySide(fits, [slot](const SingleFit& fit) {
+    return fit.fitted ? fit.PlotHVLU.column(slot) : std::span<const double>();
+  });
+}
+
+/// Where the search for (spread, b0, b1) starts: the mean spread of the levels that could be fitted alone,
+/// and the line of their locations on x.
+DoubleArray startOf(WorksheetFunction& host, const JointModel& model, const Relation& relation,
+                    const DoubleArray& stresses, const std::vector<SingleFit>& fits) {
+  std::vector<double> spreads, locations, x;
+  for (std::size_t level = 0; level < fits.size(); ++level) {
+    const SingleFit& fit = fits[level];
+    if (!fit.fitted) continue;
+    spreads.push_back(fit.P(fit.P.rows()));
+    locations.push_back(model.location(fit.P(1)));
+    x.push_back(relation.x(stresses(static_cast<Index>(level + 1))));
+  }
+  if (locations.empty()) return {1, 0, 0};
+  const DoubleArray m(std::move(locations));
+  const DoubleArray at(std::move(x));
+  const double slope = m.rows() > 1 ? host.Slope(m, at) : 0;
+  return {host.Average(DoubleArray(std::move(spreads))), host.Average(m) - slope * host.Average(at), slope};
 }
 
 /// The joint estimate: (spread, b0, b1) with the covariance matrix, 0 for held parameters.
@@ -189,6 +219,19 @@ struct JointFit {
   }
 };
 
+/// The covariance matrix from the information, 0 for held parameters; failure 5 for a negative variance.
+DoubleArray covarianceOf(const DoubleArray& FM, const DoubleArray& held) {
+  DoubleArray V = MatInverse(FM);
+  for (Index k = 1; k <= 3; ++k) {
+    for (Index j = 1; j <= 3; ++j) {
+      if (held(k) != NoValue || held(j) != NoValue) V(k, j) = 0;
+    }
+    checked::root(V(k, k));
+  }
+  return V;
+}
+
+/// The table of the parameters; a held one has its value alone.
 DoubleArray coefficients(WorksheetFunction& host, const JointFit& fit, const DoubleArray& hold, double z) {
   DoubleArray table(3, RelationCoefficient::size, NoValue);
   for (Index k = 1; k <= 3; ++k) {
@@ -225,11 +268,7 @@ struct Residuals {
   }
 
   /// As life data in which every row counts once, as in the joint fit.
-  LevelRows rows() const {
-    const auto ends = end.elements();
-    const bool hasFailure = std::any_of(ends.begin(), ends.end(), [](double t) { return t != NoValue; });
-    return {start, end, DoubleArray(start.rows(), 1.0), hasFailure};
-  }
+  Sample sample() const { return {start, end, DoubleArray(start.rows(), 1.0)}; }
 };
 
 template <class Of>
@@ -242,65 +281,57 @@ Residuals residualsOf(const DoubleArray& SA, const DoubleArray& EA, Of of) {
   return result;
 }
 
-/// Appends `rows` of tables to each other, each led by a stress.
-class StressTable {
- public:
-  void add(double stress, const DoubleArray& rows) {
-    for (Index i = 1; i <= rows.rows(); ++i) {
-      std::vector<double> row{stress};
-      for (Index j = 1; j <= rows.columns(); ++j) row.push_back(rows(i, j));
-      rows_.push_back(std::move(row));
+/// A row for each share of `Percent` at each stress of `predictT`.
+DoubleArray percentilesAt(const DoubleArray& predictT, const DoubleArray& Percent, const JointModel& model,
+                          const JointFit& fit, const Relation& relation, double z) {
+  if (!predictT.filled() || !Percent.filled()) return {};
+  DoubleArray table(predictT.rows() * Percent.rows(), RelationPercentile::size, NoValue);
+  Index row = 0;
+  for (const double stress : predictT.elements()) {
+    const DoubleArray percentiles = percentileTable(fit.lifeAt(model, relation.x(stress)), Percent, z);
+    for (Index i = 1; i <= Percent.rows(); ++i) {
+      ++row;
+      table(row, RelationPercentile::Stress) = stress;
+      table(row, RelationPercentile::Percent) = Percent(i);
+      table(row, RelationPercentile::Percentile) = percentiles(i, LifeEstimate::Estimate);
+      table(row, RelationPercentile::SE) = percentiles(i, LifeEstimate::SE);
+      table(row, RelationPercentile::Lower) = percentiles(i, LifeEstimate::Lower);
+      table(row, RelationPercentile::Upper) = percentiles(i, LifeEstimate::Upper);
     }
   }
+  return table;
+}
 
-  DoubleArray take() const {
-    if (rows_.empty()) return {};
-    DoubleArray table(static_cast<Index>(rows_.size()), static_cast<Index>(rows_.front().size()), 0);
-    for (std::size_t i = 0; i < rows_.size(); ++i) {
-      for (std::size_t j = 0; j < rows_[i].size(); ++j) {
-        table(static_cast<Index>(i + 1), static_cast<Index>(j + 1)) = rows_[i][j];
-      }
+/// A row for each of `times` at each stress of `predictT`.
+DoubleArray survivalsAt(const DoubleArray& predictT, const DoubleArray& times, const JointModel& model,
+                        const JointFit& fit, const Relation& relation, double z) {
+  if (!predictT.filled() || !times.filled()) return {};
+  DoubleArray table(predictT.rows() * times.rows(), RelationSurvival::size, NoValue);
+  Index row = 0;
+  for (const double stress : predictT.elements()) {
+    const LifeFitted fitted = fit.lifeAt(model, relation.x(stress));
+    const Life life = fitted.life();
+    for (const double time : times.elements()) {
+      const double u = life.standardised(time);
+      const double se = fitted.standardisedError(u);
+      ++row;
+      table(row, RelationSurvival::Stress) = stress;
+      table(row, RelationSurvival::Time) = time;
+      table(row, RelationSurvival::Survival) = life.survivalAt(u);
+      table(row, RelationSurvival::SE) = se;
+      table(row, RelationSurvival::AtLowerU) = life.survivalAt(u - z * se);
+      table(row, RelationSurvival::AtUpperU) = life.survivalAt(u + z * se);
     }
-    return table;
   }
-
- private:
-  std::vector<std::vector<double>> rows_;
-};
-
-/// Percentiles at a stress: percent, percentile, standard error, limits.
-DoubleArray percentileRows(const LifeFitted& life, const DoubleArray& Percent, double z) {
-  const DoubleArray percentiles = percentileTable(life, Percent, z);
-  DoubleArray rows(Percent.rows(), 5, 0);
-  for (Index i = 1; i <= Percent.rows(); ++i) {
-    rows(i, 1) = Percent(i);
-    for (Index j = 1; j <= 4; ++j) rows(i, j + 1) = percentiles(i, j);
-  }
-  return rows;
+  return table;
 }
 
-/// Survivals at a stress: time, survival, standard error of the working quantity, limits.
-DoubleArray survivalRows(const LifeFitted& fitted, const DoubleArray& times, double z) {
-  const Life life = fitted.life();
-  DoubleArray rows(times.rows(), 5, 0);
-  for (Index i = 1; i <= times.rows(); ++i) {
-    const double u = life.standardised(times(i));
-    const double se =
-        checked::root(standardisedVariance(fitted.dist, fitted.para1, fitted.para2, fitted.variance, u));
-    rows(i, 1) = times(i);
-    rows(i, 2) = life.survivalAt(u);
-    rows(i, 3) = se;
-    rows(i, 4) = life.survivalAt(u - z * se);
-    rows(i, 5) = life.survivalAt(u + z * se);
-  }
-  return rows;
-}
-
-/// The stresses of the relation plot, even in x.
+/// The transformed stresses of the relation plot: evenly from the least to the largest of all stresses.
 std::vector<double> stressGrid(const Relation& relation, const DoubleArray& levels,
                                const DoubleArray& predictT) {
-  std::vector<double> stresses = copyOf(levels.elements());
+  const auto tested = levels.elements();
   const auto wanted = predictT.elements();
+  std::vector<double> stresses(tested.begin(), tested.end());
   stresses.insert(stresses.end(), wanted.begin(), wanted.end());
   const auto [least, largest] = std::minmax_element(stresses.begin(), stresses.end());
   const double from = relation.x(*least);
@@ -309,6 +340,33 @@ std::vector<double> stressGrid(const Relation& relation, const DoubleArray& leve
   std::vector<double> grid;
   for (int i = 0; i < points; ++i) grid.push_back(from + (to - from) * i / (points - 1));
   return grid;
+}
+
+/// The location and a percentile with limits at each point of the grid.
+struct RelationPlot {
+  DoubleArray line;
+  DoubleArray stress;
+  DoubleArray life;
+  DoubleArray lower;
+  DoubleArray upper;
+};
+
+RelationPlot relationPlot(const JointModel& model, const JointFit& fit, const Relation& relation,
+                          const std::vector<double>& grid, double relpercent, double z) {
+  const Index n = static_cast<Index>(grid.size());
+  RelationPlot plot{DoubleArray(n, RelationLine::size, 0), DoubleArray(n), DoubleArray(n), DoubleArray(n),
+                    DoubleArray(n)};
+  for (Index i = 1; i <= n; ++i) {
+    const double x = grid[static_cast<std::size_t>(i - 1)];
+    const DoubleArray life = percentileTable(fit.lifeAt(model, x), {relpercent}, z);
+    plot.line(i, RelationLine::X) = x;
+    plot.line(i, RelationLine::M) = fit.location(x);
+    plot.stress(i) = relation.stress(x);
+    plot.life(i) = life(1, LifeEstimate::Estimate);
+    plot.lower(i) = life(1, LifeEstimate::Lower);
+    plot.upper(i) = life(1, LifeEstimate::Upper);
+  }
+  return plot;
 }
 
 }  // namespace
@@ -327,77 +385,45 @@ void yReliability::ALTOutput(const DoubleArray& SA, const DoubleArray& EA, const
                              DoubleArray& PlotY_RCS, DoubleArray& PlotHVLU_RCS, DoubleArray& RelX,
                              DoubleArray& RelA, DoubleArray& RelACIL, DoubleArray& RelACIU) const {
   const auto distribution = lifeDistribution(dist);
-  if (!distribution || std::find(std::begin(relations), std::end(relations), accf) == std::end(relations))
-    return;
+  if (!distribution || !isRelation(accf)) return;
+  requireWholeRows(SA, EA, FA);
+  if (AA.rows() < SA.rows()) raise(FailureNumber::OutOfRange, "there are fewer stresses than starts");
   WorksheetFunction& host = worksheetFunction();
   const double z = host.NormSInv((1 + CLevel) / 2);
   const Relation relation(accf);
   const JointModel model(host, *distribution);
-  DoubleArray held(3, NoValue);
-  for (Index k = 1; hold.filled() && k <= std::min<Index>(3, hold.rows()); ++k) held(k) = hold(k);
+  DoubleArray held = heldOf(3, hold);
   if (*distribution == LifeDistribution::Exponential) held(1) = 1;
 
   // Each level alone, for its plot and for the start of the joint fit.
-  DoubleArray levels;
-  GetUniqueD(AA, levels);
-  std::vector<std::vector<double>> x, y, H, V, L, U, line;
-  std::vector<double> locations, levelX;
-  double spread = 0;
-  for (Index level = 1; level <= levels.rows(); ++level) {
-    const LevelRows rows = rowsAt(levels(level), SA, EA, FA, AA);
-    SinglePlot plot;
-    if (rows.hasFailure) {
-      plot = plotAlone(*this, rows, dist, pMtd, estimate, CLevel);
-    } else {
-      xlApp->messageBox(estimate == "Least squares" ? "Least square estimates cannot be calculated"
-                                                    : "Cannot Find solution");
+  const Levels levels(AA.vector());
+  const DoubleArray stresses = levels.distinct(AA);
+  std::vector<SingleFit> fits;
+  for (const Sample& sample : samplesOf(levels, SA, EA, FA)) {
+    if (sample.hasFailure()) {
+      fits.push_back(fitAlone(*this, sample, dist, pMtd, estimate, CLevel));
+      continue;
     }
-    x.push_back(copyOf(plot.PlotX.elements()));
-    y.push_back(copyOf(plot.PlotY.elements()));
-    const auto column = [&](ProbabilityLine::Slot slot) {
-      return plot.fitted ? copyOf(plot.PlotHVLU.column(slot)) : std::vector<double>();
-    };
-    H.push_back(column(ProbabilityLine::Share));
-    V.push_back(column(ProbabilityLine::Score));
-    L.push_back(column(ProbabilityLine::Lower));
-    U.push_back(column(ProbabilityLine::Upper));
-    line.push_back(column(ProbabilityLine::Time));
-    if (!plot.fitted) continue;
-    locations.push_back(model.location(plot.P(1)));
-    levelX.push_back(relation.x(levels(level)));
-    spread += plot.P(plot.P.rows());
+    fits.emplace_back();
+    xlApp->messageBox(estimate == "Least squares" ? "Least square estimates cannot be calculated"
+                                                  : "Cannot Find solution");
   }
-  idvl = levels;
-  PlotXi = sideBySide(x);
-  PlotYi = sideBySide(y);
-  PlotHi = sideBySide(H);
-  PlotVi = sideBySide(V);
-  PlotLi = sideBySide(L);
-  PlotUi = sideBySide(U);
-  PlotLinei = sideBySide(line);
-
-  DoubleArray start{1, 0, 0};
-  if (!locations.empty()) {
-    const DoubleArray m(locations);
-    const DoubleArray at(levelX);
-    start(1) = spread / static_cast<double>(locations.size());
-    if (locations.size() > 1) start(3) = host.Slope(m, at);
-    start(2) = host.Average(m) - start(3) * host.Average(at);
-  }
+  idvl = stresses;
+  PlotXi = sideBySide(fits, [](const SingleFit& fit) { return fit.PlotX.elements(); });
+  PlotYi = sideBySide(fits, [](const SingleFit& fit) { return fit.PlotY.elements(); });
+  PlotHi = linesSideBySide(fits, ProbabilityLine::Share);
+  PlotVi = linesSideBySide(fits, ProbabilityLine::Score);
+  PlotLi = linesSideBySide(fits, ProbabilityLine::Lower);
+  PlotUi = linesSideBySide(fits, ProbabilityLine::Upper);
+  PlotLinei = linesSideBySide(fits, ProbabilityLine::Time);
 
   JointFit fit;
-  const std::string text = dist + "|" + accf;
+  const DoubleArray start = startOf(host, model, relation, stresses, fits);
   const bool found = searchFrom(start, held, [&](const DoubleArray& from) {
     DoubleArray FM;
     fit.P = from;
-    Para_ML(SA, EA, AA, text, fit.P, fit.MLO, FM, held);
-    fit.V = MatInverse(FM);
-    for (Index k = 1; k <= 3; ++k) {
-      for (Index j = 1; j <= 3; ++j) {
-        if (held(k) != NoValue || held(j) != NoValue) fit.V(k, j) = 0;
-      }
-      checked::root(fit.V(k, k));
-    }
+    Para_ML(SA, EA, AA, dist + "|" + accf, fit.P, fit.MLO, FM, held);
+    fit.V = covarianceOf(FM, held);
   });
   if (!found) {
     xlApp->messageBox("Cannot Find solution");
@@ -405,15 +431,8 @@ void yReliability::ALTOutput(const DoubleArray& SA, const DoubleArray& EA, const
   }
   regtable = coefficients(host, fit, held, z);
   modelf = {fit.MLO(LifeFit::LogLikelihood), static_cast<double>(SA.rows()), fit.MLO(LifeFit::Iterations)};
-
-  StressTable percentiles, survivals;
-  for (Index i = 1; predictT.filled() && i <= predictT.rows(); ++i) {
-    const LifeFitted life = fit.lifeAt(model, relation.x(predictT(i)));
-    if (Percent.filled()) percentiles.add(predictT(i), percentileRows(life, Percent, z));
-    if (times.filled()) survivals.add(predictT(i), survivalRows(life, times, z));
-  }
-  ptiletable = percentiles.take();
-  timestable = survivals.take();
+  ptiletable = percentilesAt(predictT, Percent, model, fit, relation, z);
+  timestable = survivalsAt(predictT, times, model, fit, relation, z);
 
   const auto standardised = [&](Index i, double t) {
     return model.standardised(t, fit.location(relation.x(AA(i))), fit.P(1));
@@ -423,33 +442,23 @@ void yReliability::ALTOutput(const DoubleArray& SA, const DoubleArray& EA, const
       residualsOf(SA, EA, [&](Index i, double t) { return model.coxSnell(standardised(i, t)); });
   SResitable = standard.table(SA, EA, AA);
   CSResitable = coxSnell.table(SA, EA, AA);
-  const SinglePlot ofStandard =
-      plotAlone(*this, standard.rows(), model.residualDistribution(), pMtd, estimate, CLevel);
-  PlotX_RS = ofStandard.PlotX;
-  PlotY_RS = ofStandard.PlotY;
-  PlotHVLU_RS = ofStandard.PlotHVLU;
-  const SinglePlot ofCoxSnell = plotAlone(*this, coxSnell.rows(), "Exponential", pMtd, estimate, CLevel);
-  PlotX_RCS = ofCoxSnell.PlotX;
-  PlotY_RCS = ofCoxSnell.PlotY;
-  PlotHVLU_RCS = ofCoxSnell.PlotHVLU;
+  SingleFit ofStandard =
+      fitAlone(*this, standard.sample(), model.residualDistribution(), pMtd, estimate, CLevel);
+  PlotX_RS = std::move(ofStandard.PlotX);
+  PlotY_RS = std::move(ofStandard.PlotY);
+  PlotHVLU_RS = std::move(ofStandard.PlotHVLU);
+  SingleFit ofCoxSnell = fitAlone(*this, coxSnell.sample(), "Exponential", pMtd, estimate, CLevel);
+  PlotX_RCS = std::move(ofCoxSnell.PlotX);
+  PlotY_RCS = std::move(ofCoxSnell.PlotY);
+  PlotHVLU_RCS = std::move(ofCoxSnell.PlotHVLU);
 
-  std::vector<double> stresses, lives, lower, upper;
-  const std::vector<double> grid = stressGrid(relation, levels, predictT);
-  DoubleArray relationLine(static_cast<Index>(grid.size()), RelationLine::size, 0);
-  for (std::size_t i = 0; i < grid.size(); ++i) {
-    const DoubleArray life = percentileTable(fit.lifeAt(model, grid[i]), {relpercent}, z);
-    stresses.push_back(relation.stress(grid[i]));
-    lives.push_back(life(1, LifeEstimate::Estimate));
-    lower.push_back(life(1, LifeEstimate::Lower));
-    upper.push_back(life(1, LifeEstimate::Upper));
-    relationLine(static_cast<Index>(i + 1), RelationLine::X) = grid[i];
-    relationLine(static_cast<Index>(i + 1), RelationLine::M) = fit.location(grid[i]);
-  }
-  LineXYm = std::move(relationLine);
-  RelX = DoubleArray(std::move(stresses));
-  RelA = DoubleArray(std::move(lives));
-  RelACIL = DoubleArray(std::move(lower));
-  RelACIU = DoubleArray(std::move(upper));
+  RelationPlot plot =
+      relationPlot(model, fit, relation, stressGrid(relation, stresses, predictT), relpercent, z);
+  LineXYm = std::move(plot.line);
+  RelX = std::move(plot.stress);
+  RelA = std::move(plot.life);
+  RelACIL = std::move(plot.lower);
+  RelACIU = std::move(plot.upper);
 }
 
 }  // namespace zelkova

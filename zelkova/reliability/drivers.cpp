@@ -11,14 +11,6 @@ namespace zelkova {
 
 namespace {
 
-/// `hold` with an element for each of two parameters; what it lacks is free.
-DoubleArray holdOfTwo(const DoubleArray& hold) {
-  DoubleArray result(2, NoValue);
-  if (!hold.filled()) return result;
-  for (Index k = 1; k <= std::min<Index>(2, hold.rows()); ++k) result(k) = hold(k);
-  return result;
-}
-
 bool holdsAny(const DoubleArray& P, const DoubleArray& hold) {
   for (Index k = 1; k <= P.rows(); ++k) {
     if (hold(k) != NoValue) return true;
@@ -41,7 +33,7 @@ void yReliability::ParaAnalysis(const DoubleArray& SA0, const DoubleArray& EA0, 
   DoubleArray SA = SA0;
   DoubleArray EA = EA0;
   DoubleArray FA = FA0;
-  const DoubleArray held = holdOfTwo(hold);
+  const DoubleArray held = heldOf(2, hold);
   Para_LS(SA, EA, FA, pMtd, dist, P, corr, PlotX, PlotY, held(2));
   const bool leastSquares = estimate == "Least squares";
   if (leastSquares && P(1) == NoValue) {
@@ -59,7 +51,7 @@ void yReliability::ParaAnalysis(const DoubleArray& SA0, const DoubleArray& EA0, 
 
     const double Para1 = P(1);
     const double Para2 = P(P.rows());
-    var3 = covar13 = covar23 = NoValue;
+    var1 = var2 = var3 = covar12 = covar13 = covar23 = NoValue;
     if (P.rows() == 1) {
       var1 = checked::quotient(1, FM(1, 1));
       var2 = var3 = covar12 = covar13 = covar23 = 0;

@@ -47,14 +47,30 @@ class NormalFamily {
       : host_(&host), constant_(0.5 * std::log(2 * RSPi()) + lnScale) {}
 
   double exact(double z) const { return -constant_ - z * z / 2; }
-  double right(double z) const { return checked::log(host_->NormSDist(-z)); }
-  double left(double z) const { return checked::log(host_->NormSDist(z)); }
+  double right(double z) const { return logUpperTail(z); }
+  double left(double z) const { return logUpperTail(-z); }
   double interval(double zStart, double zEnd) const {
-    return checked::log(zStart > 0 ? host_->NormSDist(-zStart) - host_->NormSDist(-zEnd)
-                                   : host_->NormSDist(zEnd) - host_->NormSDist(zStart));
+    return zStart > 0 ? logTailDifference(zStart, zEnd) : logTailDifference(-zEnd, -zStart);
   }
 
  private:
+  /// From here on the tail itself would soon be 0 in doubles.
+  static constexpr double far = 37;
+
+  /// ln P(Z > z); far out by the asymptotic series of Mills' ratio (Abramowitz and Stegun 1964, 26.2.12).
+  double logUpperTail(double z) const {
+    if (z < far) return checked::log(host_->NormSDist(-z));
+    const double r = checked::quotient(1, z * z);
+    return checked::finite(-z * z / 2 - std::log(z * std::sqrt(2 * RSPi())) +
+                           std::log1p(r * (-1 + r * (3 + r * (-15 + r * 105)))));
+  }
+
+  /// ln P(from < Z <= to).
+  double logTailDifference(double from, double to) const {
+    if (from >= far) return logSurvivalDifference(-logUpperTail(from), -logUpperTail(to));
+    return checked::log(host_->NormSDist(-from) - host_->NormSDist(-to));
+  }
+
   WorksheetFunction* host_;
   double constant_;
 };
@@ -68,12 +84,11 @@ class LogisticFamily {
   double right(double z) const { return -softplus(z); }
   double left(double z) const { return -softplus(-z); }
   double interval(double zStart, double zEnd) const {
-    return checked::log(zStart > 0 ? upper(zStart) - upper(zEnd) : upper(-zEnd) - upper(-zStart));
+    return zStart > 0 ? logSurvivalDifference(softplus(zStart), softplus(zEnd))
+                      : logSurvivalDifference(softplus(-zEnd), softplus(-zStart));
   }
 
  private:
-  static double upper(double z) { return std::exp(-softplus(z)); }
-
   double lnScale_;
 };
 

@@ -4,6 +4,7 @@
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/reliability/LifeDistribution.h"
+#include "zelkova/reliability/lifeData.h"
 #include "zelkova/reliability/modzDist.h"
 #include "zelkova/reliability/modzLBFGS.h"
 #include "zelkova/reliability/modzRSAP.h"
@@ -34,7 +35,7 @@ Points pointsOf(WorksheetFunction& host, LifeDistribution dist, const PlotPositi
     score.push_back(dist == LifeDistribution::Exponential ? std::log1p(-p) : plotted.back());
     // The exponential line goes through the origin of time itself.
     const bool logarithmic = worksOnLogarithms(dist) && dist != LifeDistribution::Exponential;
-    x.push_back(logarithmic ? checked::log(positions.time[k]) : positions.time[k]);
+    x.push_back(logarithmic ? logTime(positions.time[k]) : positions.time[k]);
   }
   return {DoubleArray(std::move(x)), DoubleArray(std::move(score)), DoubleArray(positions.time),
           DoubleArray(std::move(plotted))};
@@ -66,9 +67,10 @@ DoubleArray lineParameters(WorksheetFunction& host, LifeDistribution dist, const
 
 /// The place of the spread parameter of a model, which a search may turn negative; 0 for none.
 Index spreadOf(const std::string& model) {
+  const auto dist = lifeDistribution(std::string_view(model).substr(0, model.find('|')));
+  if (!dist) return 0;
   if (model.find('|') != std::string::npos) return 1;
-  const auto dist = lifeDistribution(model);
-  return dist && !hasOneParameter(*dist) ? 2 : 0;
+  return hasOneParameter(*dist) ? 0 : 2;
 }
 
 /// Brings the parameters of a fit into their standard form.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "zelkova/frame/arithmetic.h"
+
 namespace zelkova {
 
 namespace {
@@ -43,11 +45,41 @@ WeightedTimes atTimes(std::vector<Row>& rows) {
 
 }  // namespace
 
+void requireWholeRows(const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& FA) {
+  const Index n = SA.rows();
+  if (EA.rows() < n) raise(FailureNumber::OutOfRange, "there are fewer ends than starts");
+  if (FA.rows() < n) raise(FailureNumber::OutOfRange, "there are fewer frequencies than starts");
+}
+
+double logTime(double t) {
+  if (!(t > 0)) raise(FailureNumber::InvalidCall, "a time of 0 or below has no logarithm");
+  return checked::log(t);
+}
+
+KindTotals frequenciesByKind(const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& FA) {
+  KindTotals totals;
+  const auto of = [&totals](Observation kind) -> double& {
+    switch (kind) {
+      case Observation::Exact:
+        return totals.exact;
+      case Observation::Right:
+        return totals.right;
+      case Observation::Left:
+        return totals.left;
+      case Observation::Interval:
+        break;
+    }
+    return totals.interval;
+  };
+  for (Index i = 1; i <= SA.rows(); ++i) of(observationOf(SA(i), EA(i))) += FA(i);
+  return totals;
+}
+
 LifeRows lifeRows(const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& FA) {
   const auto starts = SA.vector();
   const auto ends = EA.vector();
   const auto frequencies = FA.vector();
-  if (ends.size() < starts.size() || frequencies.size() < starts.size()) raise(FailureNumber::OutOfRange);
+  requireWholeRows(SA, EA, FA);
 
   std::array<std::vector<Row>, 4> byKind;
   for (std::size_t i = 0; i < starts.size(); ++i) {

@@ -25,6 +25,22 @@ inline Observation observationOf(double start, double end) {
   return Observation::Interval;
 }
 
+/// Failure 9 where `EA` or `FA` has no element for some element of `SA`.
+void requireWholeRows(const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& FA);
+
+/// ln t; failure 5 for a time that has none.
+double logTime(double t);
+
+/// How many units stand in the rows of each kind.
+struct KindTotals {
+  double exact = 0;
+  double right = 0;
+  double left = 0;
+  double interval = 0;
+};
+
+KindTotals frequenciesByKind(const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& FA);
+
 /// Times with the sum of the frequencies of the rows that share each, ascending.
 struct WeightedTimes {
   std::vector<double> time;

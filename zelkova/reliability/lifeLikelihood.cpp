@@ -1,6 +1,7 @@
 #include "zelkova/reliability/lifeLikelihood.h"
 
-#include <numeric>
+#include <algorithm>
+#include <limits>
 
 #include "zelkova/frame/RunningObjects.h"
 #include "zelkova/kit/sums.h"
@@ -23,6 +24,7 @@ double sum(const std::vector<double>& values) {
 class ExponentialSum {
  public:
   void add(const std::vector<double>& y, const std::vector<double>& f) {
+    for (const double t : y) largest_ = std::max(largest_, t);
     y_.insert(y_.end(), y.begin(), y.end());
     f_.insert(f_.end(), f.begin(), f.end());
   }
@@ -30,18 +32,18 @@ class ExponentialSum {
   /// The sum of f exp(k (y - m)).
   double at(double k, double m) {
     if (y_.empty()) return 0;
-    const double largest = *std::max_element(y_.begin(), y_.end());
     if (k != k_) {
       relative_ =
-          laneSumOver(y_.size(), [&](std::size_t i) { return f_[i] * std::exp(k * (y_[i] - largest)); });
+          laneSumOver(y_.size(), [&](std::size_t i) { return f_[i] * std::exp(k * (y_[i] - largest_)); });
       k_ = k;
     }
-    return checked::finite(relative_ * checked::exp(k * (largest - m)));
+    return checked::finite(relative_ * checked::exp(k * (largest_ - m)));
   }
 
  private:
   std::vector<double> y_;
   std::vector<double> f_;
+  double largest_ = -std::numeric_limits<double>::infinity();
   double k_ = NoValue;
   double relative_ = 0;
 };
@@ -77,7 +79,7 @@ double over(const WeightedSpans& rows, Term term) {
 std::vector<double> logarithms(const std::vector<double>& times) {
   std::vector<double> result;
   result.reserve(times.size());
-  for (const double t : times) result.push_back(checked::log(t));
+  for (const double t : times) result.push_back(logTime(t));
   return result;
 }
 
@@ -174,7 +176,7 @@ LifeRows onLogScale(LifeRows rows) {
     WeightedTimes kept;
     for (std::size_t i = 0; i < kind.time.size(); ++i) {
       if (kind.time[i] == 0) continue;
-      kept.time.push_back(checked::log(kind.time[i]));
+      kept.time.push_back(logTime(kind.time[i]));
       kept.frequency.push_back(kind.frequency[i]);
     }
     kind = std::move(kept);
@@ -186,8 +188,8 @@ LifeRows onLogScale(LifeRows rows) {
       rows.left.frequency.push_back(rows.interval.frequency[i]);
       continue;
     }
-    spans.start.push_back(checked::log(rows.interval.start[i]));
-    spans.end.push_back(checked::log(rows.interval.end[i]));
+    spans.start.push_back(logTime(rows.interval.start[i]));
+    spans.end.push_back(logTime(rows.interval.end[i]));
     spans.frequency.push_back(rows.interval.frequency[i]);
   }
   rows.interval = std::move(spans);

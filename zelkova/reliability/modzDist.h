@@ -12,16 +12,13 @@ namespace zelkova {
 ///
 /// `dist` names the model, exactly as written:
 /// - a life distribution ("Weibull", "Smallest Extreme Value", "Exponential", "Normal", "Lognormal",
-/// "Logistic",
-///   "Loglogistic"): `FA` holds frequencies and `P` parameters 1 and 2;
-/// - a distribution, a bar and an acceleration relation ("Weibull|Arrhenius"; "Linear", "Arrhenius", "Inverse
-/// Temp",
-///   "Ln(Power)"): `FA` holds stresses, each row counts once, and `P` is (spread, b0, b1);
+///   "Logistic", "Loglogistic"): `FA` holds frequencies and `P` parameters 1 and 2;
+/// - a distribution, a bar and an acceleration relation ("Linear", "Arrhenius", "Inverse Temp", "Ln(Power)"),
+///   such as "Weibull|Arrhenius": `FA` holds stresses, each row counts once, and `P` is (spread, b0, b1);
 /// - "LDR" and a distribution: `FA` is a table of the frequency and then the covariates, and `P` is (spread,
 ///   coefficients); the spread is left in `P` as its absolute value, `hold` is not looked at;
 /// - "ArbTurnbull": `FA` holds frequencies of n spans and `P` their probabilities, which are left in `P` as
-/// the
-///   relative frequencies;
+///   the relative frequencies;
 /// - any other text gives 0.
 ///
 /// Where `hold` is filled, an element other than `NoValue` stands in the place of that parameter. The

@@ -96,6 +96,8 @@ class ProductLimitEstimate {
 
   double meanTimeError() const {
     const double corrected = censored_ == 0 ? total() : failures_;
+    if (corrected == 1)
+      raise(FailureNumber::DivisionByZero, "one failure gives no standard error of the mean");
     const double variance = censored_ == 0 ? plainVariance() : areaVariance();
     return checked::root(checked::finite(variance * checked::quotient(corrected, corrected - 1)));
   }
@@ -176,37 +178,17 @@ class ProductLimitEstimate {
   std::vector<FailureTime> times_;
 };
 
-/// The standard errors of the cumulated weights up to each span.
-std::vector<double> cumulativeErrors(const DoubleArray& V) {
-  std::vector<double> errors;
-  double sum = 0;
-  for (Index i = 1; i <= V.rows(); ++i) {
-    for (Index j = 1; j < i; ++j) sum += V(i, j) + V(j, i);
-    sum += V(i, i);
-    errors.push_back(checked::root(sum));
-  }
-  return errors;
-}
-
-DoubleArray kindsOf(const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& FA) {
-  DoubleArray kinds(SpanKinds::size);
-  for (Index i = 1; i <= SA.rows(); ++i) {
-    switch (observationOf(SA(i), EA(i))) {
-      case Observation::Exact:
-        kinds(SpanKinds::Exact) += FA(i);
-        break;
-      case Observation::Right:
-        kinds(SpanKinds::RightCensored) += FA(i);
-        break;
-      case Observation::Left:
-        kinds(SpanKinds::LeftCensored) += FA(i);
-        break;
-      case Observation::Interval:
-        kinds(SpanKinds::Interval) += FA(i);
-        break;
-    }
-  }
-  return kinds;
+/// The variance of a span's weight: the inverse of the second derivative of its log-likelihood -ln w.
+double weightVariance(double weight) {
+  class NegativeLogarithm : public Objective {
+    double operator()(DoubleArray& P) override { return -checked::log(P(1)); }
+  };
+  if (weight == 0) raise(FailureNumber::DivisionByZero, "a span has no frequency");
+  NegativeLogarithm objective;
+  DoubleArray at{weight};
+  DoubleArray information;
+  RSHessian(at, information, objective);
+  return checked::quotient(1, information(1, 1));
 }
 
 }  // namespace
@@ -218,6 +200,7 @@ void yReliability::NonParaR(DoubleArray& SA, DoubleArray& EA, DoubleArray& FA, d
                             DoubleArray& FailPlotL, DoubleArray& FailPlotU, DoubleArray& HarzPlotX,
                             DoubleArray& HarzPlotY) const {
   const double z = worksheetFunction().NormSInv((CLevel + 1) / 2);
+  requireWholeRows(SA, EA, FA);
   QuickSortD3(SA, EA, FA);
   const ProductLimitEstimate estimate(SA, EA, FA);
 
@@ -275,8 +258,8 @@ void yReliability::NonParaA(const DoubleArray& SA, const DoubleArray& EA, const 
                             DoubleArray& TurnSurvY, DoubleArray& TurnSurvL, DoubleArray& TurnSurvU,
                             DoubleArray& TurnFailX, DoubleArray& TurnFailY, DoubleArray& TurnFailL,
                             DoubleArray& TurnFailU) const {
-  WorksheetFunction& host = worksheetFunction();
-  const double z = host.NormSInv((CLevel + 1) / 2);
+  const double z = worksheetFunction().NormSInv((CLevel + 1) / 2);
+  requireWholeRows(SA, EA, FA);
   DoubleArray starts = SA;
   DoubleArray ends = EA;
   DoubleArray frequencies = FA;
@@ -287,23 +270,24 @@ void yReliability::NonParaA(const DoubleArray& SA, const DoubleArray& EA, const 
   const auto objective = negLogLik(starts, ends, frequencies, "ArbTurnbull", {});
   DoubleArray weights(n, 1.0 / static_cast<double>(n));
   (*objective)(weights);
-  DoubleArray information;
-  RSHessian(weights, information, *objective);
-  const std::vector<double> errors = cumulativeErrors(host.MInverse(information));
 
   DoubleArray spans(n, SpanWeight::size, 0);
   DoubleArray table(n - 1, SpanSurvival::size, 0);
   Outline survivalLine(0, 1);
   Outline failureLine(0, 0);
   double survival = 1;
+  // The likelihood is a product over the weights, so the information has nothing beside its diagonal and the
+  // variances of the weights add up.
+  double variance = 0;
   for (Index i = 1; i <= n; ++i) {
+    variance += weightVariance(weights(i));
     spans(i, SpanWeight::Start) = starts(i);
     spans(i, SpanWeight::End) = ends(i);
     spans(i, SpanWeight::Frequency) = frequencies(i);
     spans(i, SpanWeight::Weight) = weights(i);
     if (i == n) break;
     survival -= weights(i);
-    const double se = errors[static_cast<std::size_t>(i - 1)];
+    const double se = checked::root(variance);
     const Level alive{ends(i), survival, cutToShare(survival - z * se), cutToShare(survival + z * se)};
     table(i, SpanSurvival::End) = ends(i);
     table(i, SpanSurvival::Survival) = survival;
@@ -314,7 +298,12 @@ void yReliability::NonParaA(const DoubleArray& SA, const DoubleArray& EA, const 
     survivalLine.step(from, alive);
     failureLine.step(from, complement(alive));
   }
-  DoubleArray kinds = kindsOf(starts, ends, frequencies);
+  const KindTotals totals = frequenciesByKind(starts, ends, frequencies);
+  DoubleArray kinds(SpanKinds::size);
+  kinds(SpanKinds::RightCensored) = totals.right;
+  kinds(SpanKinds::Interval) = totals.interval;
+  kinds(SpanKinds::LeftCensored) = totals.left;
+  kinds(SpanKinds::Exact) = totals.exact;
   checked::leaving(spans, table, kinds);
   ProbSEFS = std::move(spans);
   ProbESSLU = std::move(table);

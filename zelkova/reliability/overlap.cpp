@@ -52,7 +52,7 @@ std::vector<bool> overlapping(std::span<const double> starts, std::span<const do
 
 void yReliability::HandleOverlap(DoubleArray& SA, DoubleArray& EA, DoubleArray& FA) const {
   const Index n = SA.rows();
-  if (EA.rows() < n || FA.rows() < n) raise(FailureNumber::OutOfRange);
+  requireWholeRows(SA, EA, FA);
   const std::vector<bool> flagged = overlapping(SA.vector(), EA.vector().first(static_cast<std::size_t>(n)));
 
   std::vector<double> starts;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "zelkova/frame/Array.h"
+#include "zelkova/frame/arithmetic.h"
 #include "zelkova/reliability/LifeDistribution.h"
 #include "zelkova/reliability/lifeVariance.h"
 
@@ -15,6 +16,17 @@ struct LifeFitted {
   ParameterVariance variance;
 
   Life life() const { return {host, dist, para1, para2}; }
+
+  /// The standard error of the percentile of the share `p`: of its logarithm where the distribution works on
+  /// logarithms.
+  double percentileError(double p) const {
+    return checked::root(percentileVariance(dist, para1, para2, variance, life().score(p)));
+  }
+
+  /// The standard error of the standardised time `u`.
+  double standardisedError(double u) const {
+    return checked::root(standardisedVariance(dist, para1, para2, variance, u));
+  }
 };
 
 /// A row for each share of `Percent`, in percent: percentile, standard error and limits at `z` standard

@@ -3,6 +3,7 @@
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/kit/modzSort.h"
+#include "zelkova/reliability/lifeData.h"
 
 namespace zelkova {
 
@@ -103,6 +104,7 @@ class Positions {
 }  // namespace
 
 PlotPositions placeFailures(DoubleArray& SA, DoubleArray& EA, DoubleArray& FA, std::string_view pMtd) {
+  requireWholeRows(SA, EA, FA);
   const bool byEnd = pMtd == "Turnbull";
   byEnd ? QuickSortD3(EA, SA, FA) : QuickSortD3(SA, EA, FA);
 

@@ -3,7 +3,7 @@
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/reliability/LifeDistribution.h"
-#include "zelkova/reliability/lifeVariance.h"
+#include "zelkova/reliability/percentiles.h"
 #include "zelkova/reliability/yReliability.h"
 
 namespace zelkova {
@@ -31,10 +31,9 @@ void yReliability::ProbPlot(double CLevel, double Para1, double Para2, const std
   for (Index i = 1; i <= points; ++i) {
     const double p = line(i, ProbabilityLine::Share) = share(i);
     if (!distribution) continue;
-    const Life life(host, *distribution, Para1, Para2);
-    const double t = life.quantile(p);
-    const double reach = z * checked::root(percentileVariance(*distribution, Para1, Para2,
-                                                              {var1, var2, covar12}, life.score(p)));
+    const LifeFitted fit{host, *distribution, Para1, Para2, {var1, var2, covar12}};
+    const double t = fit.life().quantile(p);
+    const double reach = z * fit.percentileError(p);
     line(i, ProbabilityLine::Score) = plotScore(host, *distribution, p);
     line(i, ProbabilityLine::Lower) =
         worksOnLogarithms(*distribution) ? checked::exp(checked::log(t) - reach) : t - reach;
@@ -59,12 +58,12 @@ void yReliability::SurvFailPlot(double CLevel, double Para1, double Para2, const
   DoubleArray atLowerU(points, NoValue);
   DoubleArray atUpperU(points, NoValue);
   for (Index i = 1; distribution && i <= points; ++i) {
-    const Life life(host, *distribution, Para1, Para2);
+    const LifeFitted fit{host, *distribution, Para1, Para2, {var1, var2, covar12}};
+    const Life life = fit.life();
     time(i) = life.quantile(share(i));
     survival(i) = 1 - share(i);
     const double u = life.standardised(time(i));
-    const double reach =
-        z * checked::root(standardisedVariance(*distribution, Para1, Para2, {var1, var2, covar12}, u));
+    const double reach = z * fit.standardisedError(u);
     constexpr double farthest = 700;
     if (isLogistic(*distribution) && (-(u - reach) >= farthest || -(u + reach) >= farthest)) continue;
     atLowerU(i) = life.survivalAt(u - reach);

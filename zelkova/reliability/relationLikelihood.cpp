@@ -42,8 +42,8 @@ struct ScaledRows {
   ScaledRows(const DoubleArray& SA, const DoubleArray& EA, bool logTimes) {
     const auto starts = SA.vector();
     const auto ends = EA.vector();
-    if (ends.size() < starts.size()) raise(FailureNumber::OutOfRange);
-    const auto scaled = [logTimes](double t) { return logTimes ? checked::log(t) : t; };
+    if (ends.size() < starts.size()) raise(FailureNumber::OutOfRange, "there are fewer ends than starts");
+    const auto scaled = [logTimes](double t) { return logTimes ? logTime(t) : t; };
     for (std::size_t i = 0; i < starts.size(); ++i) {
       start.push_back(scaled(starts[i]));
       end.push_back(scaled(ends[i]));
@@ -192,18 +192,57 @@ class RegressionLikelihood : public LocationLikelihood {
   std::vector<double> locations_;
 };
 
+enum class StressRelation { None, Linear, Arrhenius, InverseTemp, LnPower };
+
+StressRelation relationIn(std::string_view text) {
+  const auto names = [text](std::string_view relation) {
+    return text.find(relation) != std::string_view::npos;
+  };
+  if (names("|Linear")) return StressRelation::Linear;
+  if (names("|Arrhenius")) return StressRelation::Arrhenius;
+  if (names("|Inverse Temp")) return StressRelation::InverseTemp;
+  if (names("|Ln(Power)")) return StressRelation::LnPower;
+  return StressRelation::None;
+}
+
+constexpr double zeroCelsius = 273.16;
+/// The inverse of Boltzmann's constant, in kelvin an electronvolt.
+constexpr double electronvoltKelvin = 11604.83;
+
 }  // namespace
 
 double transformedStress(std::string_view accf, double a) {
-  const auto names = [accf](std::string_view relation) {
-    return accf.find(relation) != std::string_view::npos;
+  const auto kelvin = [a] {
+    if (a == -zeroCelsius) raise(FailureNumber::DivisionByZero, "a stress is the absolute zero");
+    return a + zeroCelsius;
   };
-  constexpr double zeroCelsius = 273.16;
-  if (names("|Linear")) return a;
-  if (names("|Arrhenius")) return checked::quotient(11604.83, a + zeroCelsius);
-  if (names("|Inverse Temp")) return checked::quotient(1, a + zeroCelsius);
-  if (names("|Ln(Power)")) return checked::log(a);
+  switch (relationIn(accf)) {
+    case StressRelation::Linear:
+      return a;
+    case StressRelation::Arrhenius:
+      return checked::quotient(electronvoltKelvin, kelvin());
+    case StressRelation::InverseTemp:
+      return checked::quotient(1, kelvin());
+    case StressRelation::LnPower:
+      if (!(a > 0)) raise(FailureNumber::InvalidCall, "a stress of 0 or below has no logarithm");
+      return checked::log(a);
+    case StressRelation::None:
+      break;
+  }
   return 0;
+}
+
+double stressAt(std::string_view accf, double x) {
+  switch (relationIn(accf)) {
+    case StressRelation::Arrhenius:
+      return checked::quotient(electronvoltKelvin, x) - zeroCelsius;
+    case StressRelation::InverseTemp:
+      return checked::quotient(1, x) - zeroCelsius;
+    case StressRelation::LnPower:
+      return checked::exp(x);
+    default:
+      return x;
+  }
 }
 
 std::unique_ptr<Objective> accelerationLikelihood(const DoubleArray& SA, const DoubleArray& EA,

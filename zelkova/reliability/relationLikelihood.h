@@ -12,6 +12,9 @@ namespace zelkova {
 /// Temperatures are degrees Celsius. Failures 5 and 11 where the scale has no such stress.
 double transformedStress(std::string_view accf, double a);
 
+/// The stress whose transformed value is `x`.
+double stressAt(std::string_view accf, double x);
+
 /// The negated log-likelihood of a distribution whose location is a line in the stress (`NegLogLik` with a
 /// bar in the text); null where `model` names none.
 std::unique_ptr<Objective> accelerationLikelihood(const DoubleArray& SA, const DoubleArray& EA,

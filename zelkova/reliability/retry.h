@@ -1,10 +1,20 @@
 #pragma once
 
+#include <algorithm>
+
 #include "zelkova/frame/Array.h"
 #include "zelkova/frame/Failure.h"
 #include "zelkova/frame/NoValue.h"
 
 namespace zelkova {
+
+/// `hold` with an element for each of n parameters; what it lacks is free.
+inline DoubleArray heldOf(Index n, const DoubleArray& hold) {
+  DoubleArray result(n, NoValue);
+  if (!hold.filled()) return result;
+  for (Index k = 1; k <= std::min(n, hold.rows()); ++k) result(k) = hold(k);
+  return result;
+}
 
 /// The start of a search after so many failed ones: the held values, nine tenths of `first` for each failure,
 /// and 2 where `first` has no value.

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "zelkova/frame/NoValue.h"
@@ -36,46 +37,12 @@ double andersonDarling(const Life& life, const PlotPositions& points) {
     lnRestBelow = lnRest;
   };
   for (std::size_t i = 0; i < points.time.size(); ++i) {
-    const double F = life.failure(points.time[i]);
-    upTo(F, checked::log(F), checked::log(life.survival(points.time[i])));
+    const double F = std::min(life.failure(points.time[i]), 1 - rest);
+    upTo(F, checked::log(F), checked::log(std::max(life.survival(points.time[i]), rest)));
     share = points.share[i];
   }
   upTo(1 - rest, std::log1p(-rest), std::log(rest));
   return checked::finite(sum * static_cast<double>(points.time.size()));
-}
-
-/// Frequencies by kind of row.
-void countKinds(const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& FA, bool turnbull,
-                DoubleArray& Para) {
-  double exact = 0;
-  double right = 0;
-  double left = 0;
-  double interval = 0;
-  for (Index i = 1; i <= SA.rows(); ++i) {
-    switch (observationOf(SA(i), EA(i))) {
-      case Observation::Exact:
-        exact += FA(i);
-        break;
-      case Observation::Right:
-        right += FA(i);
-        break;
-      case Observation::Left:
-        left += FA(i);
-        break;
-      case Observation::Interval:
-        interval += FA(i);
-        break;
-    }
-  }
-  if (!turnbull) {
-    Para(LifeSummary::Failures) = exact + left + interval;
-    Para(LifeSummary::RightCensored) = right;
-    return;
-  }
-  Para(LifeSummary::TurnbullExact) = exact;
-  Para(LifeSummary::TurnbullRightCensored) = right;
-  Para(LifeSummary::TurnbullInterval) = interval;
-  Para(LifeSummary::TurnbullLeftCensored) = left;
 }
 
 }  // namespace
@@ -94,7 +61,16 @@ void yReliability::CalPara(DoubleArray& SA, DoubleArray& EA, DoubleArray& FA, co
   summary(LifeSummary::SD) = life.standardDeviation();
   summary(LifeSummary::Median) = life.quantile(50.0 / 100);
   summary(LifeSummary::IQR) = life.quantile(75.0 / 100) - life.quantile(25.0 / 100);
-  countKinds(SA, EA, FA, pMtd == "Turnbull", summary);
+  const KindTotals totals = frequenciesByKind(SA, EA, FA);
+  if (pMtd == "Turnbull") {
+    summary(LifeSummary::TurnbullExact) = totals.exact;
+    summary(LifeSummary::TurnbullRightCensored) = totals.right;
+    summary(LifeSummary::TurnbullInterval) = totals.interval;
+    summary(LifeSummary::TurnbullLeftCensored) = totals.left;
+  } else {
+    summary(LifeSummary::Failures) = totals.exact + totals.left + totals.interval;
+    summary(LifeSummary::RightCensored) = totals.right;
+  }
   try {
     summary(LifeSummary::AD) = andersonDarling(life, points);
   } catch (const Failure&) {

@@ -4,7 +4,6 @@
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/frame/numberText.h"
 #include "zelkova/reliability/LifeDistribution.h"
-#include "zelkova/reliability/lifeVariance.h"
 #include "zelkova/reliability/percentiles.h"
 #include "zelkova/reliability/yReliability.h"
 
@@ -46,8 +45,7 @@ class EstimateTable {
 /// The percentile of the share `p` into row i.
 void percentile(const LifeFitted& fit, double p, EstimateTable& table, Index i) {
   const double time = fit.life().quantile(p);
-  const double se =
-      checked::root(percentileVariance(fit.dist, fit.para1, fit.para2, fit.variance, fit.life().score(p)));
+  const double se = fit.percentileError(p);
   worksOnLogarithms(fit.dist) ? table.logarithmic(i, time, time * se) : table.symmetric(i, time, se);
 }
 
@@ -147,11 +145,11 @@ void yReliability::CalTimes(double CLevel, double Para1, double Para2, const std
   const double z = normalQuantile(worksheetFunction(), CLevel);
   DoubleArray table(times.rows(), LifeSurvival::size, NoValue);
   if (distribution) {
-    const Life life(worksheetFunction(), *distribution, Para1, Para2);
+    const LifeFitted fit{worksheetFunction(), *distribution, Para1, Para2, {var1, var2, covar12}};
+    const Life life = fit.life();
     for (Index i = 1; i <= times.rows(); ++i) {
       const double u = life.standardised(times(i));
-      const double reach =
-          z * checked::root(standardisedVariance(*distribution, Para1, Para2, {var1, var2, covar12}, u));
+      const double reach = z * fit.standardisedError(u);
       table(i, LifeSurvival::Time) = times(i);
       table(i, LifeSurvival::Survival) = life.survivalAt(u);
       table(i, LifeSurvival::AtLowerU) = life.survivalAt(u - reach);

@@ -62,6 +62,10 @@ class yReliability : public HostBound {
   /// Maximum likelihood from the start `P`, which gets the estimate. `MLO` gets the log-likelihood and the
   /// iterations, `FM` the observed information, by differences; a held parameter has 1E-8 on its diagonal.
   /// `dist` may be any model of `NegLogLik`.
+  ///
+  /// The search (`LBFGSMinimize`) takes its first step and its tolerances in the units of the parameters:
+  /// lives of some tenths to some thousands are found to six digits, while lives above 1E5 or below 0.01 may
+  /// end beside the maximum without a sign. Choose the unit of time so.
   void Para_ML(const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& FA, const std::string& dist,
                DoubleArray& P, DoubleArray& MLO, DoubleArray& FM, const DoubleArray& hold) const;
 
@@ -87,7 +91,8 @@ class yReliability : public HostBound {
   ///
   /// Two texts reach the user through the host's message box: "Least square estimates cannot be calculated",
   /// before failure 11, and "Cannot Find solution" after the tenth failed search, which leaves the outputs as
-  /// the last one had them.
+  /// the last one had them. A table that cannot be formed (a share of 0 or 100 percent, a time that the
+  /// distribution cannot have, limits from the variance of a held parameter 1) counts as a failed search.
   void ParaAnalysis(const DoubleArray& SA0, const DoubleArray& EA0, const DoubleArray& FA0,
                     const std::string& dist, const std::string& pMtd, const std::string& estimate,
                     const DoubleArray& Percent, const DoubleArray& times, DoubleArray& P, DoubleArray& PM,
@@ -172,7 +177,7 @@ class yReliability : public HostBound {
   /// - 1) + 1 points: a start at time 0, then the start of each span on the old level and its end on the new;
   /// a span without a start is drawn from 0.
   ///
-  /// Failures: 11 for a frequency of 0, 1004 where the information has no inverse.
+  /// Failures: 11 for a frequency of 0, 5 for a negative one.
   void NonParaA(const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& FA, double CLevel,
                 DoubleArray& ProbSEFS, DoubleArray& ProbESSLU, DoubleArray& NPA, const DoubleArray& hold,
                 DoubleArray& TurnSurvX, DoubleArray& TurnSurvY, DoubleArray& TurnSurvL,
@@ -194,8 +199,8 @@ class yReliability : public HostBound {
   ///
   /// `PlotXi` to `PlotLinei` have a column for each level: the points of its probability plot, then share,
   /// score, lower and upper limit and time of its line (`ProbPlot`), filled up with `NoValue`. Those of the
-  /// residuals
-  /// (`PlotX_RS` ... of the standardised, `PlotX_RCS` ... of the Cox-Snell ones) are vectors and a table.
+  /// residuals (`PlotX_RS` ... of the standardised, `PlotX_RCS` ... of the Cox-Snell ones) are vectors and a
+  /// table.
   /// `LineXYm` has x and the location, `RelX` the stress and `RelA`, `RelACIL`, `RelACIU` the percentile
   /// `relpercent` with limits, at 50 stresses even in x over all levels and all of `predictT`.
   ///
