@@ -144,6 +144,33 @@ TEST_F(Reliability, FindsTheMaximum) {
   EXPECT_EQ(FM(2, 2), 1E-8);
 }
 
+// Faults: a search in the units of the data, which ends beside the maximum of long and of short lives; a held
+// parameter in other units; a fit of data without a failure. Expected: the fit of the same lives in thousands
+// of days.
+TEST_F(Reliability, FitsInAnyUnitOfTime) {
+  for (const char* dist : {"Weibull", "Smallest Extreme Value", "Exponential", "Normal", "Lognormal",
+                           "Logistic", "Loglogistic"}) {
+    const bool logarithmic = std::string(dist).starts_with("Log") && std::string(dist) != "Logistic";
+    const auto fitted = [&](double unit) {
+      LifeData data = ovarian();
+      for (Index i = 1; i <= 26; ++i) {
+        data.SA(i) *= unit;
+        if (data.EA(i) != NoValue) data.EA(i) *= unit;
+      }
+      analyse(data, dist, "Maximum likelihood");
+      const double location = logarithmic ? P(1) - std::log(unit) : P(1) / unit;
+      return DoubleArray{location, std::sqrt(var1) / (logarithmic ? 1 : unit)};
+    };
+    const DoubleArray expected = fitted(1e-3);
+    for (const double unit : {1e-9, 1e-5, 1.0, 1e4, 1e8})
+      EXPECT_TRUE(areClose(fitted(unit), expected, 1e-5)) << dist << unit;
+  }
+  EXPECT_TRUE(messages.empty());
+  analyse({{10, 20}, {NoValue, NoValue}, {1, 1}}, "Exponential", "Maximum likelihood");
+  EXPECT_EQ(messages, (std::vector<std::string>{"Cannot Find solution"}));
+  EXPECT_EQ(P, DoubleArray{NoValue});
+}
+
 // Faults: limits of the wrong form, a covariance left out, moments with the wrong derivative, the statistic
 // summed over wrong steps. Expected: R, closed forms of the delta method from survreg's covariance;
 // integrate() for the statistic.

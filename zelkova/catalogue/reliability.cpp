@@ -65,10 +65,6 @@ const char* const parameterNote =
     "the mean (Exponential, whose parameter 2 is the same value). An unknown distribution fills nothing, or "
     "arrays without values.";
 
-const char* const unitNote =
-    "Choose a unit in which lives are some tenths to some thousands: the search works in the units of the "
-    "parameters, and may end beside the maximum without a sign where lives are above 1E5 or below 0.01.";
-
 Class reliability() {
   const Note held("hold", "a value that a parameter is held at, no value for a free one; may be left out");
   return Description<yReliability>("yReliability", "Life data with any censoring, and accelerated life tests")
@@ -109,7 +105,6 @@ Class reliability() {
       .note(
           "The parameters of accelerated life are (spread, b0, b1), and each row counts once. Those of a "
           "regression are (spread, a coefficient for each covariate).")
-      .note(unitNote)
       .method("CalPara", &yReliability::CalPara, "The summary of a fit, with its goodness", starts().inOut(),
               ends().inOut(), frequencies().inOut(), plotPosition, distribution, first, second, summary)
       .note(
@@ -135,7 +130,6 @@ Class reliability() {
           "A search that fails starts again from nine tenths of its start, nine times; then the text Cannot "
           "Find solution is shown and outputs stay as the last search had them. A share of 0 or 100 percent "
           "and a time that the distribution cannot have fail it too.")
-      .note(unitNote)
       .method("ParaAnalysisPlot", &yReliability::ParaAnalysisPlot, "The plots of a fit, each under its flag",
               distribution, first, second, variance1, variance2, Note("var3", "not read"), covariance,
               Note("covar13", "not read"), Note("covar23", "not read"), linePlot,
@@ -239,9 +233,6 @@ Class reliability() {
       .note(
           "A level without a failure shows a message and has no plot, but its rows take part in the joint "
           "fit. An unknown distribution or relation fills nothing.")
-      .note(
-          "Standard errors come from second derivatives by differences: expect two or three digits where the "
-          "stresses span a narrow range of the transformed scale.")
       .done();
 }
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "zelkova/frame/NoValue.h"
@@ -42,30 +43,35 @@ void yReliability::ParaAnalysis(const DoubleArray& SA0, const DoubleArray& EA0, 
   }
 
   const DoubleArray line = P;
-  const bool found = searchFrom(line, held, [&](const DoubleArray& start) {
-    P = start;
-    DoubleArray MLO;
-    DoubleArray FM;
-    Para_ML(SA, EA, FA, dist, P, MLO, FM, held);
-    if (leastSquares) P = line;
+  // Without a failure the likelihood has no maximum, and what a search would end at means nothing.
+  const auto ends = EA.vector();
+  const bool hasFailure = std::any_of(ends.begin(), ends.end(), [](double end) { return end != NoValue; });
+  const bool found = hasFailure && searchFrom(line, held, [&](const DoubleArray& start) {
+                       P = start;
+                       DoubleArray MLO;
+                       DoubleArray FM;
+                       Para_ML(SA, EA, FA, dist, P, MLO, FM, held);
+                       if (leastSquares) P = line;
 
-    const double Para1 = P(1);
-    const double Para2 = P(P.rows());
-    var1 = var2 = var3 = covar12 = covar13 = covar23 = NoValue;
-    if (P.rows() == 1) {
-      var1 = checked::quotient(1, FM(1, 1));
-      var2 = var3 = covar12 = covar13 = covar23 = 0;
-    } else {
-      const DoubleArray V = MatInverse(FM);
-      var1 = V(1, 1);
-      var2 = holdsAny(P, held) ? 0 : V(2, 2);
-      covar12 = V(1, 2);
-    }
-    if (BPercMTTF) PercMTTF(CLevel, dist, Percent, Para1, Para2, var1, var2, covar12, PM, PMS, PMM);
-    if (BCalPara) CalPara(SA, EA, FA, pMtd, dist, Para1, Para2, Para);
-    if (BEstPara) EstPara(CLevel, Para1, Para2, dist, var1, var2, ParaEst);
-    if (BCalTimes) CalTimes(CLevel, Para1, Para2, dist, var1, var2, covar12, times, SurvTable);
-  });
+                       const double Para1 = P(1);
+                       const double Para2 = P(P.rows());
+                       var1 = var2 = var3 = covar12 = covar13 = covar23 = NoValue;
+                       if (P.rows() == 1) {
+                         var1 = checked::quotient(1, FM(1, 1));
+                         var2 = var3 = covar12 = covar13 = covar23 = 0;
+                       } else {
+                         const DoubleArray V = MatInverse(FM);
+                         var1 = V(1, 1);
+                         var2 = holdsAny(P, held) ? 0 : V(2, 2);
+                         covar12 = V(1, 2);
+                       }
+                       if (BPercMTTF)
+                         PercMTTF(CLevel, dist, Percent, Para1, Para2, var1, var2, covar12, PM, PMS, PMM);
+                       if (BCalPara) CalPara(SA, EA, FA, pMtd, dist, Para1, Para2, Para);
+                       if (BEstPara) EstPara(CLevel, Para1, Para2, dist, var1, var2, ParaEst);
+                       if (BCalTimes)
+                         CalTimes(CLevel, Para1, Para2, dist, var1, var2, covar12, times, SurvTable);
+                     });
   if (!found) xlApp->messageBox("Cannot Find solution");
 }
 

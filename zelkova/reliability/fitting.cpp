@@ -4,6 +4,7 @@
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/reliability/LifeDistribution.h"
+#include "zelkova/reliability/SearchUnits.h"
 #include "zelkova/reliability/lifeData.h"
 #include "zelkova/reliability/modzDist.h"
 #include "zelkova/reliability/modzLBFGS.h"
@@ -111,14 +112,19 @@ void yReliability::Para_ML(const DoubleArray& SA, const DoubleArray& EA, const D
   const int n = static_cast<int>(P.rows());
   const auto objective = negLogLik(SA, EA, FA, dist, hold);
 
-  DoubleArray estimate = P;
+  const SearchUnits units(dist, P, FA, hold);
+  InSearchUnits inUnits(*objective, units);
+  DoubleArray searched = units.to(P);
   int info = 0;
   int iterations = 0;
-  LBFGSMinimize(n, n, estimate, tolerance, valueTolerance, tolerance, mostIterations, info, iterations,
-                *objective);
+  LBFGSMinimize(n, n, searched, tolerance, valueTolerance, tolerance, mostIterations, info, iterations,
+                inUnits);
+  DoubleArray estimate = units.from(searched);
   turnSigns(dist, estimate);
+  searched = units.to(estimate);
   DoubleArray information;
-  RSHessian(estimate, information, *objective);
+  RSHessian(searched, information, inUnits);
+  information = units.secondDerivatives(information);
   DoubleArray fit(LifeFit::size);
   fit(LifeFit::LogLikelihood) = -(*objective)(estimate);
   fit(LifeFit::Iterations) = iterations;

@@ -201,6 +201,9 @@ void yReliability::NonParaR(DoubleArray& SA, DoubleArray& EA, DoubleArray& FA, d
                             DoubleArray& HarzPlotY) const {
   const double z = worksheetFunction().NormSInv((CLevel + 1) / 2);
   requireWholeRows(SA, EA, FA);
+  for (const double start : SA.vector()) {
+    if (start == NoValue) raise(FailureNumber::InvalidCall, "a row without a start is not for this estimate");
+  }
   QuickSortD3(SA, EA, FA);
   const ProductLimitEstimate estimate(SA, EA, FA);
 

@@ -63,9 +63,9 @@ class yReliability : public HostBound {
   /// iterations, `FM` the observed information, by differences; a held parameter has 1E-8 on its diagonal.
   /// `dist` may be any model of `NegLogLik`.
   ///
-  /// The search (`LBFGSMinimize`) takes its first step and its tolerances in the units of the parameters:
-  /// lives of some tenths to some thousands are found to six digits, while lives above 1E5 or below 0.01 may
-  /// end beside the maximum without a sign. Choose the unit of time so.
+  /// deliberate: `LBFGSMinimize` and the differences work in units in which the parameters are about 1, and
+  /// in a model of acceleration with the location at the mean stress: the result does not depend on whether
+  /// lives are in hours or years.
   void Para_ML(const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& FA, const std::string& dist,
                DoubleArray& P, DoubleArray& MLO, DoubleArray& FM, const DoubleArray& hold) const;
 
