@@ -118,5 +118,20 @@ TEST(SpecialCauses, RefuseWhatMakesNoWindow) {
   EXPECT_EQ(failureNumber([&] { failed(y, phases, {}, {0}, {-1, -1}, {1, 1}); }), 9);
 }
 
+// Fault: marks of an earlier chart that show through in the array of the same size. Expected: by hand.
+TEST(SpecialCauses, WriteOverEarlierMarks) {
+  const DoubleArray centre(3, 0), lower(3, -1), upper(3, 1);
+  StringArray marks;
+  const auto mark = [&](const DoubleArray& y, const char* k) {
+    yControlTest().CCTest(centre, lower, upper, y, {}, marks, k, "", "", "", "", "", "", "");
+  };
+  mark({4, 0, 4}, "3");
+  EXPECT_EQ(marks, (StringArray{"#1#", "", "#1#"}));
+  mark({0, 4, 0}, "3");
+  EXPECT_EQ(marks, (StringArray{"", "#1#", ""}));
+  EXPECT_EQ(failureNumber([&] { mark({4, 4, 4}, "x"); }), 13);
+  EXPECT_EQ(marks, (StringArray{"", "#1#", ""}));
+}
+
 }  // namespace
 }  // namespace zelkova

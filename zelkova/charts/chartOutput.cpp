@@ -77,26 +77,24 @@ void yControlChart::ControlChartOutput(
   control::forEachPhase(all, dp, chart,
                         [&](const control::Phase& phase) { kind.build(phase, options, chart); });
 
-  StringArray marks = control::failedTests(chart.lines(), chart.phaseStarts(),
-                                           {kvar1, kvar2, kvar3, kvar4, kvar5, kvar6, kvar7, kvar8});
   control::DrawnLimits limits =
       control::drawn(chart.lines(), control::multipliersOf(LimitPos), LCLBound, UCLBound);
   control::PhaseDividers phases = control::dividers(chart.phaseStarts(), chart.points());
   DoubleArray x = control::positions(chart.points());
-  DoubleArray y = chart.takePlotted();
-  DoubleArray centre = chart.takeCentre();
-  checked::leaving(y, centre);
+  checked::allFinite(chart.lines().plotted);
+  checked::allFinite(chart.lines().centre);
+  control::markFailedTests(chart.lines(), chart.phaseStarts(),
+                           {kvar1, kvar2, kvar3, kvar4, kvar5, kvar6, kvar7, kvar8}, FailedTest);
 
   DataX = std::move(x);
-  DataY = std::move(y);
-  CCL = std::move(centre);
+  DataY = chart.takePlotted();
+  CCL = chart.takeCentre();
   LCL = std::move(limits.lower);
   UCL = std::move(limits.upper);
   if (phases.x.filled()) {
     PhaseX = std::move(phases.x);
     PhaseY = std::move(phases.y);
   }
-  FailedTest = std::move(marks);
 }
 
 }  // namespace zelkova

@@ -244,8 +244,8 @@ struct Signals {
 
 }  // namespace
 
-StringArray failedTests(const ChartLines& chart, const std::vector<Index>& phaseStarts,
-                        const TestParameters& parameters) {
+void markFailedTests(const ChartLines& chart, const std::vector<Index>& phaseStarts,
+                     const TestParameters& parameters, StringArray& FailedTest) {
   const std::size_t n = chart.plotted.size();
   const Tests tests(chart, phaseStarts);
   std::vector<Signals> signals;
@@ -257,8 +257,12 @@ StringArray failedTests(const ChartLines& chart, const std::vector<Index>& phase
     any |= signals.back().flags;
   }
 
-  // All tests at once: on a chart of a million points the marks are far larger than the flags.
-  std::vector<std::string> marks(n);
+  // All tests at once: on a chart of a million points the marks are far larger than the flags. For the same
+  // reason marks of the same number are written over, and not made anew.
+  const bool reused = FailedTest.dimensions() == 1 && FailedTest.rows() == static_cast<Index>(n);
+  if (!reused) FailedTest = StringArray(static_cast<Index>(n));
+  const std::span<std::string> marks = FailedTest.elements();
+  if (reused) std::for_each(marks.begin(), marks.end(), [](std::string& mark) { mark.clear(); });
   any.forEach(n, [&](std::size_t i) {
     std::array<char, 24> text{};
     std::size_t length = 0;
@@ -268,7 +272,6 @@ StringArray failedTests(const ChartLines& chart, const std::vector<Index>& phase
     }
     marks[i].assign(text.data(), length);
   });
-  return StringArray(std::move(marks));
 }
 
 }  // namespace zelkova::control

@@ -18,9 +18,10 @@ struct ChartLines {
 /// The texts of the parameters of tests 1 to 8.
 using TestParameters = std::array<std::string_view, 8>;
 
-/// For each position the marks of the tests that signal there; see `yControlTest::CCTest`. A phase begins at
-/// each of `phaseStarts`, counted from 0 in rising order, the first at 0.
-StringArray failedTests(const ChartLines& chart, const std::vector<Index>& phaseStarts,
-                        const TestParameters& parameters);
+/// Gives `FailedTest` for each position the marks of the tests that signal there; see `yControlTest::CCTest`.
+/// A phase begins at each of `phaseStarts`, counted from 0 in rising order, the first at 0. A failure leaves
+/// `FailedTest` as it came.
+void markFailedTests(const ChartLines& chart, const std::vector<Index>& phaseStarts,
+                     const TestParameters& parameters, StringArray& FailedTest);
 
 }  // namespace zelkova::control

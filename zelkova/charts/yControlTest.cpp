@@ -17,8 +17,8 @@ void yControlTest::CCTest(const DoubleArray& CCL, const DoubleArray& LCL, const 
   }
   std::vector<Index> phaseStarts{0};
   if (dp.filled()) phaseStarts = control::runStarts(dp.vector(), n);
-  FailedTest = control::failedTests(chart, phaseStarts,
-                                    {kvar1s, kvar2s, kvar3s, kvar4s, kvar5s, kvar6s, kvar7s, kvar8s});
+  control::markFailedTests(chart, phaseStarts,
+                           {kvar1s, kvar2s, kvar3s, kvar4s, kvar5s, kvar6s, kvar7s, kvar8s}, FailedTest);
 }
 
 }  // namespace zelkova
