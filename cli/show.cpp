@@ -1,5 +1,9 @@
 #include "cli/show.h"
 
+#include <span>
+#include <string>
+#include <vector>
+
 #include "cli/Columns.h"
 #include "cli/numbers.h"
 #include "zelkova/frame/NoValue.h"
@@ -8,12 +12,99 @@ namespace zelkova::cli {
 
 namespace {
 
+/// An output of a call, as it came back.
+struct Output {
+  const Argument* argument;
+  const Value* value;
+};
+
+/// The rows of an array whose elements have no names of their own; 0 for anything else.
+Index parallelRows(const Output& output) {
+  if (!output.argument->slots.empty()) return 0;
+  return std::visit(
+      [](const auto& held) -> Index {
+        if constexpr (requires { held.dimensions(); }) {
+          return held.filled() ? held.rows() : 0;
+        } else {
+          return 0;
+        }
+      },
+      *output.value);
+}
+
+bool isUnfilled(const Output& output) {
+  return std::visit(
+      [](const auto& held) {
+        if constexpr (requires { held.dimensions(); }) {
+          return !held.filled();
+        } else {
+          return false;
+        }
+      },
+      *output.value);
+}
+
+Index columnsOf(const Output& output) {
+  return std::visit(
+      [](const auto& held) -> Index {
+        if constexpr (requires { held.dimensions(); }) {
+          return held.dimensions() == 2 ? held.columns() : 1;
+        } else {
+          return 1;
+        }
+      },
+      *output.value);
+}
+
+/// Outputs that are shown together, and those between them that were not filled.
+struct Group {
+  std::vector<Output> parallel;
+  std::vector<Output> unfilled;
+};
+
+/// The outputs from `first` on that have as many rows as that one and fit into a line.
+Group groupFrom(std::span<const Output> outputs) {
+  constexpr Index widest = 12;
+  const Index rows = parallelRows(outputs.front());
+  Group group{{outputs.front()}, {}};
+  if (rows < 2) return group;
+  Index columns = columnsOf(outputs.front());
+  std::vector<Output> skipped;
+  for (const Output& output : outputs.subspan(1)) {
+    if (isUnfilled(output)) {
+      skipped.push_back(output);
+      continue;
+    }
+    columns += columnsOf(output);
+    if (parallelRows(output) != rows || columns > widest) break;
+    group.parallel.push_back(output);
+    group.unfilled.insert(group.unfilled.end(), skipped.begin(), skipped.end());
+    skipped.clear();
+  }
+  return group;
+}
+
 class Show {
  public:
   explicit Show(int digits) : digits_(digits) {}
 
   std::string operator()(const Argument& argument, const Value& value) const {
     return std::visit([&](const auto& held) { return block(argument, held); }, value);
+  }
+
+  /// Outputs that belong together row by row, such as the points and the lines of a chart, in one table.
+  std::string sideBySide(std::span<const Output> outputs) const {
+    std::vector<std::vector<std::string>> lines(static_cast<std::size_t>(parallelRows(outputs.front())) + 1);
+    std::vector<Columns::Align> alignment{Columns::Align::Right};
+    lines.front().emplace_back();
+    for (std::size_t i = 1; i < lines.size(); ++i) lines[i].push_back("  " + std::to_string(i));
+    for (const Output& output : outputs) {
+      std::visit([&](const auto& held) { appendColumns(*output.argument, held, lines, alignment); },
+                 *output.value);
+    }
+    Columns columns(alignment);
+    for (std::vector<std::string>& line : lines) columns.add(std::move(line));
+    return columns.text();
   }
 
  private:
@@ -42,6 +133,25 @@ class Show {
     if (!array.filled()) return argument.name + "  (not filled)\n";
     return argument.name + "\n" +
            (array.dimensions() == 1 ? vector(argument, array) : table(argument, array));
+  }
+
+  template <class T>
+  void appendColumns(const Argument&, const T&, std::vector<std::vector<std::string>>&,
+                     std::vector<Columns::Align>&) const {}
+
+  template <class T>
+  void appendColumns(const Argument& argument, const Array<T>& array,
+                     std::vector<std::vector<std::string>>& lines,
+                     std::vector<Columns::Align>& alignment) const {
+    const bool isTable = array.dimensions() == 2;
+    const Index columns = isTable ? array.columns() : 1;
+    for (Index j = 1; j <= columns; ++j) {
+      alignment.push_back(std::is_same_v<T, double> ? Columns::Align::Right : Columns::Align::Left);
+      lines.front().push_back(columns == 1 ? argument.name : argument.name + " " + std::to_string(j));
+      for (Index i = 1; i <= array.rows(); ++i) {
+        lines[static_cast<std::size_t>(i)].push_back(shown(isTable ? array(i, j) : array(i)));
+      }
+    }
   }
 
   template <class T>
@@ -95,9 +205,21 @@ std::string showAnswer(const Request& request, const Answer& answer, int digits)
     result.name = request.method().name;
     add(result, answer.result);
   }
+  std::vector<Output> outputs;
   for (std::size_t i = 0; i < request.values().size(); ++i) {
     const Argument& argument = request.method().arguments[i];
-    if (argument.isOutput()) add(argument, request.values()[i]);
+    if (argument.isOutput()) outputs.push_back({&argument, &request.values()[i]});
+  }
+  for (std::size_t i = 0; i < outputs.size();) {
+    const Group group = groupFrom(std::span<const Output>(outputs).subspan(i));
+    if (group.parallel.size() == 1) {
+      add(*outputs[i].argument, *outputs[i].value);
+    } else {
+      if (!text.empty()) text += "\n";
+      text += show.sideBySide(group.parallel);
+      for (const Output& output : group.unfilled) add(*output.argument, *output.value);
+    }
+    i += group.parallel.size() + group.unfilled.size();
   }
   return text;
 }

@@ -9,24 +9,12 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "cli/program.h"
+#include "unittests/cli/runProgram.h"
 
 namespace zelkova::cli {
 namespace {
 
 using nlohmann::json;
-
-struct Outcome {
-  int code;
-  std::string out, err;
-};
-
-Outcome run(const std::vector<std::string>& arguments, const std::string& input = "") {
-  std::istringstream in(input);
-  std::ostringstream out, err;
-  const int code = runProgram(arguments, in, out, err);
-  return {code, out.str(), err.str()};
-}
 
 /// The answers of a batch, a line each.
 std::vector<json> batch(const std::string& input) {
@@ -101,6 +89,21 @@ TEST(Batch, GoesOnAfterABadLine) {
   EXPECT_EQ(replies[3]["id"], 7);
   EXPECT_EQ(replies[4]["id"], 8);
   EXPECT_TRUE(replies[4].contains("outputs"));
+}
+
+// Faults: points apart from their lines, an output lost between them, a named result torn from its names.
+// Expected: by hand; counts of 4 have limits 2 and 6 at one sigma.
+TEST(Program, ShowsParallelOutputsSideBySide) {
+  const Outcome chart = run({"call", "yControlChart.ControlChartOutput", "ChartType=CChart", "dy=4,4,4",
+                             "LimitPos=1", "LCLBound=", "UCLBound=", "EstimateType=", "kvar1=", "kvar2=",
+                             "kvar3=", "kvar4=", "kvar5=", "kvar6=", "kvar7=", "kvar8="});
+  EXPECT_EQ(chart.out.substr(0, chart.out.find("\n\n")),
+            "     DataX  DataY  CCL  LCL  UCL  FailedTest\n"
+            "  1      1      4    4    2    6\n"
+            "  2      2      4    4    2    6\n"
+            "  3      3      4    4    2    6");
+  EXPECT_NE(chart.out.find("PhaseX  (not filled)"), std::string::npos);
+  EXPECT_EQ(run({"call", "yDStat.DesStatOutput", "dy=1,2,3"}).out.substr(0, 4), "DSO\n");
 }
 
 // Fault: a failure without its number, or outputs that are missing or half filled beside it.

@@ -1,25 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "cli/program.h"
+#include "unittests/cli/runProgram.h"
 
 namespace zelkova::cli {
 namespace {
-
-struct Outcome {
-  int code;
-  std::string out, err;
-};
-
-Outcome run(const std::vector<std::string>& arguments, const std::string& input = "") {
-  std::istringstream in(input);
-  std::ostringstream out, err;
-  const int code = runProgram(arguments, in, out, err);
-  return {code, out.str(), err.str()};
-}
 
 const char* const request =
     R"({"call": "yRandom.RandomOutput", "args": ["Normal", 2, 3, 10, 2, "", null, null]})";

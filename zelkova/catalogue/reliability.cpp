@@ -228,6 +228,9 @@ Class reliability() {
           Note("RelA", "the percentile relpercent at each"), Note("RelACIL", "its lower limit"),
           Note("RelACIU", "its upper limit"))
       .note(
+          "The joint fit is by maximum likelihood, whatever the estimate of the single levels. Its "
+          "log-likelihood has no terms -ln t.")
+      .note(
           "Every row counts once in the joint fit; frequencies weigh the plots of the single levels only. "
           "Repeat a row that stands for several units.")
       .note(
