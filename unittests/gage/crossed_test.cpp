@@ -165,6 +165,7 @@ TEST_F(Crossed, RefusesBadDesignsInOrder) {
   EXPECT_EQ(failureNumber([&] { run({1, 2, 3, 4}, two, one, "ANOVA", "x"); }), 13);
   EXPECT_EQ(failureNumber([&] { run({1, 2, 3, 4}, two, one, "ANOVA", "", "x"); }), 13);
   EXPECT_EQ(failureNumber([&] { run({1, 2, 3, 4}, two, one, "ANOVA", "", "0"); }), 11);
+  EXPECT_EQ(failureNumber([&] { run({1, 2, 3, 4}, two, one, "ANOVA", "", "-1"); }), 5);
   EXPECT_EQ(failureNumber([&] { run({1, 2, 3, 4, 5}, two, one, "ANOVA"); }), 9);
   EXPECT_EQ(failureNumber([&] { run({1e200, 2, 3, 4}, two, one, "ANOVA"); }), 6);
 }

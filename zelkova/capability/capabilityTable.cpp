@@ -214,8 +214,7 @@ void yCapability::CapabilityOutput(const DoubleArray& dy, const StringArray& dx,
                                    const std::string& HistSDW, const std::string& DisplayC,
                                    const std::string& DisplayP, DoubleArray& Capability, bool BW) const {
   const Specifications given{givenNumber(USL, "USL"), givenNumber(LSL, "LSL"), givenNumber(Target, "Target")};
-  const double tolerance = givenNumber(Tolerance, "Tolerance").value_or(6);
-  if (tolerance < 0) raise(FailureNumber::InvalidCall, "a tolerance must not be negative");
+  const double tolerance = givenWidth(Tolerance, "Tolerance").value_or(6);
   const SigmaOptions options{estimate1, estimate2, givenNumber(MRLength, "MRLength").value_or(2),
                              HistSD,    HistSDB,   HistSDW};
   WorksheetFunction& host = worksheetFunction();

@@ -224,7 +224,7 @@ void yGage::GageCrossedOutput(const DoubleArray& dy, const StringArray& dpart, c
     anova = anovaOfOne(worksheetFunction(), layout);
     components = componentsOfOne(layout, anova);
   }
-  complete(components, givenNumber(StudyV, "StudyV").value_or(5), givenNumber(PTol, "PTol"));
+  complete(components, givenWidth(StudyV, "StudyV").value_or(5), givenWidth(PTol, "PTol"));
   anova(GageAnova::DistinctCategories) = distinctCategories(components);
   checked::leaving(anova, components);
   GCrossed_AN = std::move(anova);

@@ -38,7 +38,7 @@ class yGage : public HostBound {
   ///
   /// `ErrorCode`, checked in this order; no result is assigned then: "Design must be balanced and with
   /// replicates"; "At least 2 operator values required" but for "ANOVA"; "At least 2 part values required".
-  /// Failures: 13 where a text is no number, 11 for a tolerance of 0.
+  /// Failures: 13 where a text is no number, 5 where it is negative, 11 for a tolerance of 0.
   void GageCrossedOutput(const DoubleArray& dy, const StringArray& dpart, const StringArray& dop,
                          const std::string& StudyV, const std::string& PTol, const std::string& AMethod,
                          DoubleArray& GCrossed_AN, DoubleArray& GCrossed_VC, std::string& ErrorCode) const;

@@ -139,7 +139,7 @@ void yGageLB::GageLBOutput(const DoubleArray& dy, const StringArray& dpart, cons
     ErrorCode = std::move(fault);
     return;
   }
-  const std::optional<double> processVariation = givenNumber(PVar, "PVar");
+  const std::optional<double> processVariation = givenWidth(PVar, "PVar");
   DoubleArray linearity = linearityOf(study, processVariation);
   DoubleArray bias = biasTable(worksheetFunction(), study, processVariation);
   checked::leaving(linearity, bias);

@@ -29,9 +29,9 @@ class yGageLB : public HostBound {
   /// empty, linearity and shares are `NoValue`.
   ///
   /// `ErrorCode`, checked in this order; no result is assigned then: "Must have at least 3 parts"; "Reference
-  /// value for the same part must be the same". Failures: 13 where `PVar` is no number, 11 where it is 0 and
-  /// where readings at a reference value were repeated without any variation, 5012 where all reference values
-  /// are the same.
+  /// value for the same part must be the same". Failures: 13 where `PVar` is no number, 5 where it is
+  /// negative, 11 where it is 0 and where readings at a reference value were repeated without any variation,
+  /// 5012 where all reference values are the same.
   void GageLBOutput(const DoubleArray& dy, const StringArray& dpart, const DoubleArray& dstd,
                     const std::string& PVar, DoubleArray& Linearity, DoubleArray& Bias,
                     std::string& ErrorCode) const;
