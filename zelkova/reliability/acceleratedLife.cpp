@@ -123,6 +123,7 @@ std::vector<Sample> samplesOf(const Levels& levels, const DoubleArray& SA, const
     own.frequencies.push_back(FA(i));
   }
   std::vector<Sample> samples;
+  samples.reserve(columns.size());
   for (Columns& own : columns) {
     samples.push_back({DoubleArray(std::move(own.starts)), DoubleArray(std::move(own.ends)),
                        DoubleArray(std::move(own.frequencies))});
@@ -338,6 +339,7 @@ std::vector<double> stressGrid(const Relation& relation, const DoubleArray& leve
   const double to = relation.x(*largest);
   constexpr int points = 50;
   std::vector<double> grid;
+  grid.reserve(points);
   for (int i = 0; i < points; ++i) grid.push_back(from + (to - from) * i / (points - 1));
   return grid;
 }

@@ -135,10 +135,11 @@ class ProductLimitEstimate {
   void measureAreas() {
     double area = 0;
     double next = SA_.back();
-    for (auto at = times_.rbegin(); at != times_.rend(); ++at) {
-      area += (next - at->time) * at->survival;
-      at->areaBeyond = area;
-      next = at->time;
+    for (std::size_t j = times_.size(); j-- > 0;) {
+      FailureTime& at = times_[j];
+      area += (next - at.time) * at.survival;
+      at.areaBeyond = area;
+      next = at.time;
     }
   }
 

@@ -27,6 +27,7 @@ std::vector<bool> overlapping(std::span<const double> starts, std::span<const do
 
   // The latest end of all spans up to each, in the order of their starts.
   std::vector<double> latestEnd;
+  latestEnd.reserve(spans.size());
   for (const Span& span : spans) {
     latestEnd.push_back(latestEnd.empty() ? span.end : std::max(latestEnd.back(), span.end));
   }
