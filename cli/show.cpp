@@ -18,42 +18,32 @@ struct Output {
   const Value* value;
 };
 
-/// The rows of an array whose elements have no names of their own; 0 for anything else.
-Index parallelRows(const Output& output) {
-  if (!output.argument->slots.empty()) return 0;
+/// The size of an array; no rows where it was not filled, and no columns for anything but an array.
+struct Extent {
+  Index rows = 0;
+  Index columns = 0;
+};
+
+Extent extentOf(const Output& output) {
   return std::visit(
-      [](const auto& held) -> Index {
+      [](const auto& held) -> Extent {
         if constexpr (requires { held.dimensions(); }) {
-          return held.filled() ? held.rows() : 0;
+          return {held.filled() ? held.rows() : 0, held.dimensions() == 2 ? held.columns() : 1};
         } else {
-          return 0;
+          return {};
         }
       },
       *output.value);
+}
+
+/// The rows of an array whose elements have no names of their own; 0 for anything else.
+Index parallelRows(const Output& output) {
+  return output.argument->slots.empty() ? extentOf(output).rows : 0;
 }
 
 bool isUnfilled(const Output& output) {
-  return std::visit(
-      [](const auto& held) {
-        if constexpr (requires { held.dimensions(); }) {
-          return !held.filled();
-        } else {
-          return false;
-        }
-      },
-      *output.value);
-}
-
-Index columnsOf(const Output& output) {
-  return std::visit(
-      [](const auto& held) -> Index {
-        if constexpr (requires { held.dimensions(); }) {
-          return held.dimensions() == 2 ? held.columns() : 1;
-        } else {
-          return 1;
-        }
-      },
-      *output.value);
+  const Extent extent = extentOf(output);
+  return extent.columns > 0 && extent.rows == 0;
 }
 
 /// Outputs that are shown together, and those between them that were not filled.
@@ -68,14 +58,14 @@ Group groupFrom(std::span<const Output> outputs) {
   const Index rows = parallelRows(outputs.front());
   Group group{{outputs.front()}, {}};
   if (rows < 2) return group;
-  Index columns = columnsOf(outputs.front());
+  Index columns = extentOf(outputs.front()).columns;
   std::vector<Output> skipped;
   for (const Output& output : outputs.subspan(1)) {
     if (isUnfilled(output)) {
       skipped.push_back(output);
       continue;
     }
-    columns += columnsOf(output);
+    columns += extentOf(output).columns;
     if (parallelRows(output) != rows || columns > widest) break;
     group.parallel.push_back(output);
     group.unfilled.insert(group.unfilled.end(), skipped.begin(), skipped.end());

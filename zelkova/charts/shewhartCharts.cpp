@@ -79,6 +79,14 @@ double meansSigmaOf(const Subgroups& subgroups, const ChartOptions& options) {
   return std::sqrt(within * within / subgroups.modalSize() + between * between);
 }
 
+/// The sigma of a chart of the spread within subgroups. Deliberate: an R chart knows no Sbar and an S chart
+/// no Rbar, so that name, `unknown`, makes sigma 0 as any other that is none.
+double spreadSigma(const Subgroups& subgroups, const ChartOptions& options, std::string_view unknown) {
+  if (!options.histSD.empty()) return historicalSigma(options.histSD);
+  if (subgroups.largestSize() == 1) return NoValue;
+  return sameIgnoringCase(options.estimate, unknown) ? 0 : withinSigma(options.estimate, subgroups);
+}
+
 }  // namespace
 
 double centreOf(const Phase& phase, std::string_view histMean) {
@@ -112,28 +120,13 @@ void chartXbar(const Phase& phase, const ChartOptions& options, LineCollector& c
 
 void chartRange(const Phase& phase, const ChartOptions& options, LineCollector& chart) {
   const Subgroups subgroups = phase.subgroups();
-  double sigma = 0;
-  if (!options.histSD.empty()) {
-    sigma = historicalSigma(options.histSD);
-  } else if (subgroups.largestSize() == 1) {
-    sigma = NoValue;
-  } else if (!sameIgnoringCase(options.estimate, "Sbar")) {
-    // Deliberate: an R chart knows no Sbar, so that name makes sigma 0 as any other that is none.
-    sigma = withinSigma(options.estimate, subgroups);
-  }
+  const double sigma = spreadSigma(subgroups, options, "Sbar");
   addRanges(subgroups, sigma, chart);
 }
 
 void chartStdDev(const Phase& phase, const ChartOptions& options, LineCollector& chart) {
   const Subgroups subgroups = phase.subgroups();
-  double sigma = 0;
-  if (!options.histSD.empty()) {
-    sigma = historicalSigma(options.histSD);
-  } else if (subgroups.largestSize() == 1) {
-    sigma = NoValue;
-  } else if (!sameIgnoringCase(options.estimate, "Rbar")) {
-    sigma = withinSigma(options.estimate, subgroups);  // as with the R chart, no Rbar here
-  }
+  const double sigma = spreadSigma(subgroups, options, "Rbar");
   addStdDevs(subgroups, sigma, chart);
 }
 
