@@ -231,7 +231,7 @@ Value valueFromJson(const Argument& argument, const json& value) {
     case ValueType::MixedValues:
       return arrayFromJson<Variant>(argument, value, mixed);
     case ValueType::Sheet:
-      refuse(argument, "is a worksheet, which a request cannot hold");
+      refuse(argument, "is a worksheet: it comes with the workbook");
   }
   refuseType(argument, value);
 }
@@ -264,7 +264,7 @@ Value valueFromText(const Argument& argument, const std::string& text) {
     case ValueType::MixedValues:
       return listFromText(text, mixedFromText);
     case ValueType::Sheet:
-      refuse(argument, "is a worksheet, which a request cannot hold");
+      refuse(argument, "is a worksheet: it comes with the workbook");
   }
   refuse(argument, "cannot be given");
 }
@@ -298,7 +298,7 @@ Request::Request(std::string_view target) {
 Request Request::fromJson(const json& request) {
   if (!request.is_object()) throw RequestError("a request is a JSON object with the member \"call\"");
   for (const auto& [member, value] : request.items()) {
-    if (member != "id" && member != "call" && member != "args") {
+    if (member != "id" && member != "call" && member != "args" && member != "workbook") {
       throw RequestError("a request has no member " + inQuotes(member) + "; put arguments under \"args\"");
     }
   }
@@ -308,6 +308,13 @@ Request Request::fromJson(const json& request) {
   Request result(request["call"].get_ref<const std::string&>());
   if (request.contains("id")) result.id_ = request["id"].dump();
   if (request.contains("args") && !request["args"].is_null()) result.setArguments(request["args"]);
+  if (request.contains("workbook")) {
+    const json& path = request["workbook"];
+    if (!path.is_string() || path.get_ref<const std::string&>().empty()) {
+      throw RequestError("the member \"workbook\" must name a file, as in \"form.xlsx\"");
+    }
+    result.setWorkbook(path.get<std::string>());
+  }
   return result;
 }
 
@@ -320,7 +327,7 @@ void Request::setArguments(const json& arguments) {
   auto value = arguments.begin();
   for (const Argument& argument : method_->arguments) {
     if (value == arguments.end()) return;
-    if (!argument.isInput()) continue;
+    if (!argument.isInput() || argument.type == ValueType::Sheet) continue;
     if (argument.spread && !value->is_array() && !value->is_null()) {
       give(claim(argument.name), json(json::array_t(value, arguments.end())));
       return;
@@ -373,7 +380,13 @@ void Request::checkComplete() const {
   std::vector<const Argument*> missing;
   for (std::size_t i = 0; i < values_.size(); ++i) {
     const Argument& argument = method_->arguments[i];
-    if (argument.isNeeded() && !given_[i]) missing.push_back(&argument);
+    if (!argument.isNeeded() || given_[i]) continue;
+    if (argument.type != ValueType::Sheet) {
+      missing.push_back(&argument);
+    } else if (!workbook_) {
+      refuse(argument,
+             "is a worksheet: name the workbook to draw into, the member \"workbook\" or --out FILE");
+    }
   }
   if (missing.empty()) return;
   std::string others;

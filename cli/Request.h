@@ -23,10 +23,12 @@ class Request {
   /// `target` is "CLASS.METHOD" or "WorksheetFunction.NAME". RequestError where there is no such thing.
   explicit Request(std::string_view target);
 
-  /// Reads `{"call": ..., "args": ..., "id": ...}`; RequestError where that is not what stands there.
+  /// Reads `{"call": ..., "args": ..., "id": ..., "workbook": ...}`; RequestError where that is not what
+  /// stands there.
   static Request fromJson(const nlohmann::json& json);
 
-  /// Takes over arguments by name (an object) or by position (an array: in and in-out arguments in order).
+  /// Takes over arguments by name (an object) or by position (an array: in and in-out arguments in order,
+  /// worksheets left out).
   void setArguments(const nlohmann::json& json);
 
   /// The argument of that name, which must be one that is passed in and was not given before.
@@ -34,7 +36,12 @@ class Request {
 
   void set(const Argument& argument, Value value);
 
-  /// RequestError that names the first argument that is needed and was not given.
+  /// Names the file that the worksheet is saved in which the method draws on.
+  void setWorkbook(std::string path) { workbook_ = std::move(path); }
+  const std::optional<std::string>& workbook() const { return workbook_; }
+
+  /// RequestError that names the arguments that are needed and were not given. Worksheets come with the
+  /// workbook.
   void checkComplete() const;
 
   /// A line for each text that is none of its argument's choices: no failure, but hardly what was meant.
@@ -58,7 +65,7 @@ class Request {
   const Method* method_ = nullptr;
   std::vector<Value> values_;
   std::vector<bool> given_;
-  std::optional<std::string> id_;
+  std::optional<std::string> id_, workbook_;
 };
 
 /// The class of that name, "WorksheetFunction" for the host's functions; RequestError where there is none.

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "host/EmbeddedHost.h"
+#include "host/xlsx/saveWorkbook.h"
 #include "zelkova/frame/RunningObjects.h"
 #include "zelkova/random/UniformStream.h"
 
@@ -25,12 +26,40 @@ Answer Session::run(Request& request) {
   Answer answer;
   try {
     const std::shared_ptr<void> instance = request.target().create();
+    if (request.workbook()) handOver(request, instance.get());
     answer.result = request.method().call(instance.get(), request.values());
   } catch (const Failure& failure) {
     answer.failure = failure;
   }
   answer.messages = std::move(messages_);
   return answer;
+}
+
+Answer Session::runAndSave(Request& request) {
+  Answer answer = run(request);
+  if (!request.workbook() || answer.failure) return answer;
+  try {
+    saveWorkbook(workbook_, *request.workbook());
+  } catch (const Failure& failure) {
+    answer.failure = failure;
+  }
+  return answer;
+}
+
+/// Gives the sheet of the request's workbook to a class that keeps one, and to arguments that are worksheets.
+void Session::handOver(Request& request, void* instance) {
+  if (request.workbook() != workbookPath_) {
+    workbook_ = Workbook();
+    workbookPath_ = request.workbook();
+  }
+  const std::shared_ptr<Sheet> sheet = workbook_.firstSheet();
+  for (const Argument& argument : request.method().arguments) {
+    if (argument.type == ValueType::Sheet) request.set(argument, sheet);
+  }
+  const Method* keep = request.target().find("PassSheet");
+  if (keep == nullptr || keep == &request.method()) return;
+  Value passed = sheet;
+  keep->call(instance, std::span(&passed, 1));
 }
 
 }  // namespace zelkova::cli

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cli/Request.h"
+#include "host/Workbook.h"
 
 namespace zelkova::cli {
 
@@ -27,9 +28,21 @@ class Session {
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
+  /// A request that names a workbook draws on its sheet: a new one, or the one that the request before drew
+  /// on, where that named the same workbook.
   Answer run(Request& request);
 
+  /// Runs the request and, where that went well, saves the workbook that it names.
+  Answer runAndSave(Request& request);
+
+  /// What was drawn on last.
+  const Workbook& workbook() const { return workbook_; }
+
  private:
+  void handOver(Request& request, void* instance);
+
+  std::optional<std::string> workbookPath_;
+  Workbook workbook_;
   std::vector<std::string> messages_;
 };
 

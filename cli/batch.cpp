@@ -23,7 +23,7 @@ std::string answerLine(Session& session, const std::string& line, const std::str
       warnings << "zelkova: warning: " << (request.id() ? "id " + shortened(*request.id()) : place) << ": "
                << warning << "\n";
     }
-    const Answer answer = session.run(request);
+    const Answer answer = session.runAndSave(request);
     return answerJson(request, answer);
   } catch (const std::exception& error) {
     // A line that takes more memory than there is must not end the batch either.

@@ -40,6 +40,7 @@ struct Options {
   bool header = false;
   bool noHeader = false;
   std::optional<std::string> seed;
+  std::string workbook;
 };
 
 /// Where the random draws start, if that was given.
@@ -115,6 +116,7 @@ Request readCall(const Options& options, std::istream& in) {
       request.set(argument, valueFromText(argument, std::string(text)));
     }
   }
+  if (!options.workbook.empty()) request.setWorkbook(options.workbook);
   request.checkComplete();
   return request;
 }
@@ -123,7 +125,7 @@ int call(const Options& options, std::istream& in, std::ostream& out, std::ostre
   Request request = readCall(options, in);
   for (const std::string& warning : request.warnings()) err << "zelkova: warning: " << warning << "\n";
   Session session(seedOf(options));
-  const Answer answer = session.run(request);
+  const Answer answer = session.runAndSave(request);
   if (options.json) {
     out << answerJson(request, answer) << "\n";
   } else if (answer.failure) {
@@ -131,6 +133,7 @@ int call(const Options& options, std::istream& in, std::ostream& out, std::ostre
     err << "Failure " << answer.failure->number() << ": " << answer.failure->text() << "\n";
   } else {
     out << showAnswer(request, answer, options.full ? allDigits : options.digits);
+    if (request.workbook()) out << "Saved " << *request.workbook() << "\n";
   }
   return answer.failure ? methodFailed : success;
 }
@@ -171,6 +174,16 @@ class CommandLine {
         "@file.csv:column for a column by name or number, or @file.csv:3-5 for columns as a table.\n"
         "A text that begins with @ is written with a second one: @@home.");
     addCall(*call_, options);
+    form_ = app_.add_subcommand(
+        "form",
+        "Draw a blank form into a spreadsheet file:\n"
+        "drawCNEM NC= nr=, drawPairwise NP=, drawPugh NC= nr= or\n"
+        "drawQFD NC= nr= [roomD= roomE= roomF=]; \"zelkova describe yTemplate\" tells more");
+    form_->add_option("FORM", options.target)->required();
+    form_->add_option("name=value", options.words, "Sizes, and rooms to keep");
+    form_->add_option("--out", options.workbook, "The file to write, .xlsx; one of that name is replaced")
+        ->required();
+    form_->add_flag("--json", options.json, "Print the answer as a line of JSON");
     batch_ = app_.add_subcommand("batch", "Answer requests: JSON lines in, JSON lines out");
     addSeed(*batch_, options);
   }
@@ -196,6 +209,7 @@ class CommandLine {
   }
 
   bool isCall() const { return call_->parsed(); }
+  bool isForm() const { return form_->parsed(); }
   bool isBatch() const { return batch_->parsed(); }
   bool isDescribe() const { return describe_->parsed(); }
 
@@ -226,18 +240,22 @@ class CommandLine {
                      "The first row of a CSV file names the columns, even by numbers");
     command.add_flag("--no-header", options.noHeader, "The first row of a CSV file is data")
         ->excludes("--header");
+    command.add_option(
+        "--out", options.workbook,
+        "The file to save the worksheet in that the method draws on; one of that name is replaced");
     addSeed(command, options);
   }
 
   bool isCommand(const std::string& word) const {
     return word == list_->get_name() || word == describe_->get_name() || word == call_->get_name() ||
-           word == batch_->get_name();
+           word == form_->get_name() || word == batch_->get_name();
   }
 
   CLI::App app_{"Statistics for process improvement.", "zelkova"};
   CLI::App* list_;
   CLI::App* describe_;
   CLI::App* call_;
+  CLI::App* form_;
   CLI::App* batch_;
 };
 
@@ -249,7 +267,8 @@ int runProgram(const std::vector<std::string>& arguments, std::istream& in, std:
     Options options;
     CommandLine commandLine(options);
     if (const std::optional<int> code = commandLine.parse(arguments, out, err)) return *code;
-    if (commandLine.isCall()) return call(options, in, out, err);
+    if (commandLine.isForm()) options.target = "yTemplate." + options.target;
+    if (commandLine.isCall() || commandLine.isForm()) return call(options, in, out, err);
     if (commandLine.isBatch()) {
       Session session(seedOf(options));
       runBatch(session, in, out, err);

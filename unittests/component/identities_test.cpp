@@ -18,6 +18,7 @@ struct Identities {
 // Clients hold on to these: an identity that changes breaks every one that was compiled. The values come from
 // Python's uuid.uuid5 of the same names.
 const std::map<std::string, Identities> held = {
+    {"yTemplate", {"{3ABB268B-5D2A-5220-B63F-C743F5B0838C}", "{E6A2220B-7368-515C-BB46-1C79A088A62A}"}},
     {"yPath", {"{DB402104-F5D3-518D-A4A4-6F5CE822949A}", "{137CE393-DD97-50CD-BFC5-8CF7390327CB}"}},
     {"yDStat", {"{EF3F2BEE-1479-5343-8AF4-F9B7AB69E389}", "{B515D279-6AED-5C67-B9E2-560514C1F90E}"}},
     {"yHTest", {"{3C34C7E8-846C-5C82-9072-3F09C7A9093C}", "{2BFCC447-7261-553C-A6B4-7FE19DE942AC}"}},

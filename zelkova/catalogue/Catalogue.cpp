@@ -146,6 +146,7 @@ Catalogue::Catalogue() : worksheetFunctions_(describeWorksheetFunctions()) {
            describeRandom,
            describeDOE,
            describeReliability,
+           describeTemplates,
        })
     describeSubject(classes_);
 }

@@ -20,6 +20,7 @@ void describePlots(std::vector<Class>& classes);
 void describePower(std::vector<Class>& classes);
 void describeRandom(std::vector<Class>& classes);
 void describeDOE(std::vector<Class>& classes);
+void describeTemplates(std::vector<Class>& classes);
 
 /// The host's functions under their own names.
 Class describeWorksheetFunctions();

@@ -22,6 +22,8 @@ std::string standardText(FailureNumber number) {
       return "Type mismatch";
     case FailureNumber::Internal:
       return "Internal error";
+    case FailureNumber::NoObject:
+      return "Object variable not set";
     case FailureNumber::NoHost:
       return "The object cannot be created";
     case FailureNumber::HostRefused:

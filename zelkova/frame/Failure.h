@@ -15,8 +15,9 @@ enum class FailureNumber : int {
   DivisionByZero = 11,  ///< division by zero
   TypeMismatch = 13,    ///< a text where a number is needed, and the like
   Internal = 51,        ///< a fault of the library's own
+  NoObject = 91,        ///< an object that was never set
   NoHost = 429,         ///< the class needs a running host, and there is none
-  HostRefused = 1004,   ///< a worksheet function refused its arguments
+  HostRefused = 1004,  ///< the host refused: a worksheet function its arguments, a sheet what was asked of it
 };
 
 /// A failure that ends a call and reaches the caller as a number and a text.

@@ -98,6 +98,95 @@ class WorksheetFunction {
   virtual DoubleArray MInverse(const DoubleArray& matrix) = 0;
 };
 
+// The sheet object model. What can be set keeps the host's own numbers, which travel through automation as
+// they are; every member raises failure 1004 where the host refuses, on a protected sheet for one.
+
+enum class HorizontalAlignment { Left = -4131, Center = -4108, Right = -4152 };
+enum class VerticalAlignment { Top = -4160, Center = -4108, Bottom = -4107 };
+
+/// The lines at a range: across each cell, around the range, and between its cells.
+enum class BorderItem {
+  DiagonalDown = 5,
+  DiagonalUp = 6,
+  EdgeLeft = 7,
+  EdgeTop = 8,
+  EdgeBottom = 9,
+  EdgeRight = 10,
+  InsideVertical = 11,
+  InsideHorizontal = 12,
+};
+
+enum class LineStyle {
+  Continuous = 1,
+  DashDot = 4,
+  DashDotDot = 5,
+  None = -4142,
+  Dash = -4115,
+  Dot = -4118,
+  Double = -4119,
+};
+enum class BorderWeight { Hairline = 1, Thin = 2, Medium = -4138, Thick = 4 };
+
+/// Where the cells go that stand behind deleted ones.
+enum class Shift { Left = -4159, Up = -4162 };
+
+/// Colours are places in the host's palette of 56, from 1, or one of these.
+constexpr int noColor = -4142;
+constexpr int automaticColor = -4105;
+
+class Font {
+ public:
+  virtual ~Font() = default;
+
+  virtual void setName(std::string_view name) = 0;
+  virtual void setSize(double points) = 0;
+  virtual void setBold(bool bold) = 0;
+  virtual void setColorIndex(int color) = 0;
+};
+
+class Border {
+ public:
+  virtual ~Border() = default;
+
+  virtual void setLineStyle(LineStyle style) = 0;
+  virtual void setWeight(BorderWeight weight) = 0;
+  virtual void setColorIndex(int color) = 0;
+};
+
+/// What cells accept: here always one of a list, of which the user picks.
+class Validation {
+ public:
+  virtual ~Validation() = default;
+
+  /// Takes the rule away, if there is one.
+  virtual void erase() = 0;
+
+  /// The rule "one of `list`", entries with commas between, that stops any other input. There must be none.
+  virtual void addList(std::string_view list) = 0;
+
+  // Of the rule that stands.
+  virtual void setIgnoreBlank(bool ignore) = 0;
+  virtual void setInCellDropdown(bool dropdown) = 0;
+  virtual void setInputTitle(std::string_view title) = 0;
+  virtual void setInputMessage(std::string_view message) = 0;
+  virtual void setErrorTitle(std::string_view title) = 0;
+  virtual void setErrorMessage(std::string_view message) = 0;
+  virtual void setShowInput(bool show) = 0;
+  virtual void setShowError(bool show) = 0;
+};
+
+/// The note that pops up at a cell.
+class Comment {
+ public:
+  virtual ~Comment() = default;
+
+  virtual std::unique_ptr<Font> font() = 0;
+
+  /// Size of its box, in points.
+  virtual void setWidth(double points) = 0;
+  virtual void setHeight(double points) = 0;
+};
+
 /// A rectangle of cells of a sheet.
 class Range {
  public:
@@ -108,6 +197,34 @@ class Range {
 
   /// Puts `value` into every cell of the range.
   virtual void setValue(const Variant& value) = 0;
+
+  virtual std::unique_ptr<Font> font() = 0;
+
+  /// The lines of that kind; failure 1004 where they are set inside a range that has none.
+  virtual std::unique_ptr<Border> border(BorderItem item) = 0;
+  virtual std::unique_ptr<Validation> validation() = 0;
+
+  virtual void setInteriorColorIndex(int color) = 0;
+  virtual void setHorizontalAlignment(HorizontalAlignment alignment) = 0;
+  virtual void setVerticalAlignment(VerticalAlignment alignment) = 0;
+  virtual void setWrapText(bool wrap) = 0;
+  virtual void setNumberFormat(std::string_view format) = 0;
+
+  /// Turns texts by that many degrees, from -90 to 90, counter-clockwise.
+  virtual void setOrientation(int degrees) = 0;
+
+  /// Makes one cell of the range, or separate cells again.
+  virtual void setMergeCells(bool merge) = 0;
+
+  /// Width of its columns in characters of the standard font, and height of its rows in points.
+  virtual void setColumnWidth(double characters) = 0;
+  virtual void setRowHeight(double points) = 0;
+
+  /// A new comment at the upper left cell; failure 1004 where one stands.
+  virtual std::unique_ptr<Comment> addComment(std::string_view text) = 0;
+
+  /// Takes the cells out of the sheet; those behind them move up, and references follow.
+  virtual void deleteCells(Shift shift) = 0;
 };
 
 /// A worksheet of the host.
@@ -120,6 +237,10 @@ class Sheet {
   /// The cells that `address` names as the host names them, "B2" or "A1:C3"; failure 1004 where it names
   /// none.
   virtual std::unique_ptr<Range> range(std::string_view address) = 0;
+
+  /// Whole rows, "2:5", and whole columns, "B:D".
+  virtual std::unique_ptr<Range> rows(std::string_view address) = 0;
+  virtual std::unique_ptr<Range> columns(std::string_view address) = 0;
 };
 
 /// A running spreadsheet application, or what stands in for one.

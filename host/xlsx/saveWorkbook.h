@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+#include "host/Workbook.h"
+
+namespace zelkova {
+
+/// Saves the workbook as an Office Open XML file (.xlsx), in place of a file of that name. Each sheet is set
+/// up to print all that stands on it, one page wide, in landscape where it is wider than high. Failure 1004
+/// where the file cannot be written; one that stood there is as it was then.
+void saveWorkbook(const Workbook& workbook, const std::string& path);
+
+}  // namespace zelkova
