@@ -35,7 +35,7 @@ class yAAA : public HostBound {
   /// row for each category and one over all. `WithinValue` and `StandardValue` have a row an appraiser,
   /// `WithinKappa` and `StandardKappa` k + 1 rows an appraiser.
   ///
-  /// - `Within...`: does an appraiser agree with himself? Two trials or more.
+  /// - `Within...`: does an appraiser agree with their own other trials? Two or more.
   /// - `Between...`: do all appraisers agree, in all trials? Where `Between` asks for it.
   /// - `Standard...`: does an appraiser agree with the standard, in all trials?
   /// - `All...`: do all appraisers agree with the standard, in all trials?
