@@ -1,5 +1,6 @@
 #include "zelkova/catalogue/describe.h"
 #include "zelkova/catalogue/subjects.h"
+#include "zelkova/gage/yAAA.h"
 #include "zelkova/gage/yGage.h"
 #include "zelkova/gage/yGageAtt.h"
 #include "zelkova/gage/yGageLB.h"
@@ -145,6 +146,85 @@ Class runChart() {
       .done();
 }
 
+Class agreement() {
+  const auto kappas = [](const char* name, const char* help) {
+    Note note(name, help);
+    return note.table().slots(AgreementKappa::names);
+  };
+  return Description<yAAA>("yAAA",
+                           "Attribute agreement: appraisers against themselves, each other and a standard")
+      .method(
+          "GageAAAOutput", &yAAA::GageAAAOutput,
+          "Matches, kappas and, for ordered categories, Kendall's statistics",
+          Note("dy", "the ratings: categories, as texts or numbers"),
+          Note("dpart", "the part of each rating"), Note("dop", "the appraiser of each rating"),
+          Note(
+              "dtrial",
+              "the trial of each rating; where left out, an appraiser's trials of a part are in the order of "
+              "the rows"),
+          Note("dstd", "the standard of the part, on each row; left out where there is none"),
+          Note("CategoryOrder",
+               "all categories in their order; where left out, those that occur in numeric-aware order"),
+          Note("Ordinal",
+               "true takes the order of the categories for a scale, and adds Kendall's statistics"),
+          Note("Between", "true compares the appraisers with each other, too"),
+          Note("CLevel", "confidence of the limits as a fraction, such as 0.95"),
+          Note("Appraiser", "the appraisers, in numeric-aware order"), Note("Category", "the categories"),
+          Note("WithinValue", "each appraiser against their own trials: a row an appraiser")
+              .table()
+              .slots(AgreementAmong::names),
+          kappas("WithinKappa", "the kappas of each appraiser over their own trials"),
+          Note("BetweenValue", "all ratings of a part against each other").slots(AgreementAmong::names),
+          kappas("BetweenKappa", "the kappas of all ratings"),
+          Note("StandardValue", "each appraiser against the standard: a row an appraiser")
+              .table()
+              .slots(AgreementWithStandard::names),
+          kappas("StandardKappa", "the kappas of each appraiser with the standard"),
+          Note("AllValue", "all appraisers against the standard").slots(AgreementWithStandard::names),
+          kappas("AllKappa", "the kappas of all appraisers with the standard"),
+          Note("Disagreement",
+               "for two categories and a standard, a row an appraiser: parts of the second category rated as "
+               "the first in every trial, the reverse, parts rated both ways, and the same for single "
+               "ratings")
+              .table()
+              .slots(AgreementErrors::names),
+          error)
+      .note(
+          "Every appraiser must have rated every part equally often. Categories, parts and appraisers are "
+          "compared exactly: \"good\" and \"Good\" are two, and so are \"1\" and \"1.0\".")
+      .note(
+          "A part is matched where all ratings concerned are the same, trials included, and the standard's "
+          "where there is one. Percentages are from 0 to 100, their limits exact (Clopper and Pearson), with "
+          "half of what CLevel leaves on each side also at 0 and 100 percent.")
+      .note(
+          "Tables of kappas have a row for each category and then one over all, without a Category, for each "
+          "appraiser in turn; Appraiser and Category are places in the lists of those names. Standard errors "
+          "are those under agreement by chance, and p-values are P(Z > z).")
+      .note(
+          "Cohen's kappa is given where two ratings are compared: two trials of an appraiser, two appraisers "
+          "of one trial each, a trial and the standard. For AIAG's cross tabulation of two appraisers, "
+          "pass them alone and make each trial a part of its own.")
+      .note(
+          "With a standard, each trial of each appraiser is compared with it; kappas and tau-b are the means "
+          "of these comparisons, with standard errors as if they were independent. The p-value of tau-b has "
+          "both tails.")
+      .note(
+          "A kappa has no value where it is 0 over 0, as that of a category that did not occur or was all "
+          "that did, and a mean has none where one of its comparisons has none. Tau-b has none where a trial "
+          "or the standard is constant, W where every trial is. A standard error of 0 leaves z and p-value "
+          "without a value.")
+      .note(
+          "What was not compared has no values: WithinValue for a single trial, BetweenValue unless asked "
+          "for, StandardValue and AllValue without a standard. Ordered categories that are words want a "
+          "CategoryOrder: otherwise \"high\" comes before \"low\".")
+      .note(
+          "ErrorCode, checked in this order: Design must be balanced; Trials of a part by an appraiser must "
+          "differ; At least 2 appraiser values required; At least 2 trials or a standard required; Rating or "
+          "standard not in CategoryOrder; Standard for the same part must be the same; At least 2 categories "
+          "required.")
+      .done();
+}
+
 }  // namespace
 
 void describeGage(std::vector<Class>& classes) {
@@ -152,6 +232,7 @@ void describeGage(std::vector<Class>& classes) {
   classes.push_back(linearity());
   classes.push_back(attribute());
   classes.push_back(runChart());
+  classes.push_back(agreement());
 }
 
 }  // namespace zelkova

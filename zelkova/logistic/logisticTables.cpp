@@ -5,6 +5,7 @@
 
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
+#include "zelkova/kit/LevelTally.h"
 #include "zelkova/kit/order.h"
 #include "zelkova/logistic/yLogistic.h"
 
@@ -16,27 +17,6 @@ double guardedExp(double exponent) {
   constexpr double largest = 700;
   return exponent > largest ? NoValue : checked::exp(exponent);
 }
-
-/// Counts by level, and how many lie below one (Fenwick, Software: Practice and Experience 24, 1994).
-class LevelTally {
- public:
-  explicit LevelTally(std::size_t levels) : sums_(levels + 1) {}
-
-  void add(std::size_t level, double count) {
-    for (std::size_t i = level + 1; i < sums_.size(); i += i & -i) sums_[i] += count;
-  }
-
-  double below(std::size_t level) const {
-    double sum = 0;
-    for (std::size_t i = level; i > 0; i -= i & -i) sum += sums_[i];
-    return sum;
-  }
-
-  double all() const { return below(sums_.size() - 1); }
-
- private:
-  std::vector<double> sums_;
-};
 
 }  // namespace
 
