@@ -2,13 +2,13 @@
 
 PREFIX ?= /usr/local
 
-.PHONY: run test bench bench-server docs format install program build server package packages server-packages \
+.PHONY: run test bench bench-server docs format install program build server package packages server-packages test-packages \
   sanitizers lint format-check
 
 run: program
 	examples/first_study.sh build/release/bin/zelkova
 
-test: build server
+test: test-packages build server
 	ctest --preset release
 
 bench: build
@@ -44,7 +44,7 @@ server: server-packages build
 package: server
 	component/package
 
-sanitizers: packages
+sanitizers: test-packages
 	cmake --preset sanitizers
 	cmake --build --preset sanitizers
 	ctest --preset sanitizers
@@ -60,6 +60,9 @@ lint: build server
 
 packages:
 	.ci/install-packages
+
+test-packages:
+	.ci/install-packages tests
 
 server-packages:
 	.ci/install-packages server

@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include "unittests/cli/runProgram.h"
+#include "unittests/templates/spreadsheet.h"
 
 namespace zelkova::cli {
 namespace {
@@ -410,6 +411,54 @@ TEST(Program, RunsAsAFile) {
                          ":$PATH zelkova call yPath.AppPath)\" = 'AppPath  " + folder + "'")
                             .c_str()),
             0);
+}
+
+// Fault: a form that is not saved, saved after a failure, or saved over another file by a failure.
+TEST(Program, DrawsFormsIntoFiles) {
+  const TemporaryFolder folder;
+  const std::string file = folder / "pugh.xlsx";
+  const Outcome drawn = run({"form", "drawPugh", "NC=3", "nr=5", "--out", file});
+  EXPECT_EQ(drawn.code, 0);
+  EXPECT_EQ(drawn.out, "Saved " + file + "\n");
+  const std::string content = contentOf(file);
+  EXPECT_TRUE(content.starts_with("PK"));
+
+  EXPECT_EQ(run({"form", "drawPugh", "NC=300", "nr=5", "--out", file}).code, 1);
+  EXPECT_EQ(run({"form", "drawPugh", "NC=3", "--out", file}).code, 2);
+  EXPECT_EQ(run({"form", "drawPugh", "NC=3", "nr=5"}).code, 2);
+  EXPECT_EQ(contentOf(file), content);
+  for (const std::string& nowhere : {folder / "no/pugh.xlsx", folder / "", std::string("/dev/full")}) {
+    const Outcome refused = run({"form", "drawPugh", "NC=3", "nr=5", "--out", nowhere});
+    EXPECT_EQ(refused.code, 1) << nowhere;
+    EXPECT_NE(refused.err.find("cannot be saved"), std::string::npos) << refused.err;
+  }
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder / ""), {}), 1);
+}
+
+// Fault: requests for one workbook that do not draw on one sheet, or a worksheet asked for among the
+// arguments.
+TEST(Program, RequestsNameTheirWorkbook) {
+  const TemporaryFolder folder;
+  const auto request = [&](const std::string& call, const std::string& args, const std::string& file) {
+    return R"({"call": "yTemplate.)" + call + R"(", "args": )" + args + R"(, "workbook": ")" + folder / file +
+           "\"}\n";
+  };
+  const Outcome drawn = run({"batch"}, request("drawPairwise", R"({"NP": 2})", "a.xlsx") +
+                                           request("AddListVad", R"(["A9", 1, 3])", "a.xlsx") +
+                                           request("AddComment", R"(["A1", "again", 90, 40])", "a.xlsx") +
+                                           request("AddComment", R"(["A1", "again", 90, 40])", "a.xlsx") +
+                                           request("AddComment", R"(["A1", "new sheet", 90, 40])", "b.xlsx"));
+  EXPECT_EQ(
+      drawn.out,
+      "{\"outputs\": {}}\n{\"outputs\": {}}\n{\"outputs\": {}}\n"
+      "{\"failure\": {\"number\": 1004, \"text\": \"the cell has a comment already\"}, \"outputs\": {}, "
+      "\"messages\": []}\n{\"outputs\": {}}\n");
+  const Outcome refused = run({"batch"}, R"({"call": "yTemplate.Superborder", "args": ["A1", 5, true]})"
+                                         "\n"
+                                         R"({"call": "yTemplate.PassSheet", "workbook": 5})"
+                                         "\n");
+  EXPECT_EQ(refused.out.find("{\"error\": \"nWS: is a worksheet"), 0U) << refused.out;
+  EXPECT_NE(refused.out.find("must name a file"), std::string::npos);
 }
 
 }  // namespace
