@@ -92,13 +92,15 @@ TEST_F(Matrix, EndsLinesAtTheBorder) {
   EXPECT_EQ(lineValue(1, MatrixLine::Slope), no);
 }
 
-// Faults: one column paired with nothing; a vector read as a table; names read past the end.
+// Faults: one column paired with nothing; a vector read as a table; names read past the end; panels made
+// before their number is looked at.
 TEST_F(Matrix, Refuses) {
   EXPECT_EQ(failureNumber([&] { run({1, 2, 3}, {}, {}, "Full"); }), 5);
   EXPECT_EQ(failureNumber([&] { run(DoubleArray(3, 1, 1.0), {}, {}, "Full"); }), 5);
   EXPECT_EQ(failureNumber([&] { run({}, {}, {}, "Full"); }), 9);
   EXPECT_EQ(failureNumber([&] { run(cars, {"a", "b"}, {}, "Full"); }), 9);
   EXPECT_EQ(failureNumber([&] { run(cars, {}, {"a", "b"}, "Full"); }), 9);
+  EXPECT_EQ(failureNumber([&] { run(DoubleArray(2, 50'000, 1.0), {}, {}, "Full"); }), 7);
   EXPECT_FALSE(plotX.filled() || gridX.filled());
 }
 

@@ -129,6 +129,22 @@ Outliers outliersOf(std::span<const double> values, const std::vector<Index>& co
   return outliers;
 }
 
+/// The labels of the boxes by `dx1` and, where there are two factors, by `dx2`.
+struct BoxLabels {
+  StringArray first, second;
+};
+
+BoxLabels labelsOf(const std::vector<FactorGroups>& nested) {
+  const FactorGroups& groups = nested.back();
+  if (nested.size() == 1) return {StringArray(groups.labels), {}};
+  StringArray outer(groups.count());
+  for (Index box = 1; box <= groups.count(); ++box) {
+    const Index parent = groups.parents[static_cast<std::size_t>(box - 1)];
+    outer(box) = nested.front().labels[static_cast<std::size_t>(parent)];
+  }
+  return {std::move(outer), StringArray(groups.labels)};
+}
+
 }  // namespace
 
 void yBoxplot::BoxplotOutput(const DoubleArray& dy, const StringArray& dx1, const StringArray& dx2,
@@ -146,7 +162,7 @@ void yBoxplot::BoxplotOutput(const DoubleArray& dy, const StringArray& dx1, cons
   const std::span<const double> values = dy.vector();
   std::vector<FactorGroups> nested = groupsOf(dy.rows(), dx1, dx2);
   std::vector<std::vector<double>> places = placesOf(nested);
-  FactorGroups& groups = nested.back();
+  const FactorGroups& groups = nested.back();
   std::vector<double>& place = places.back();
 
   std::vector<Box> boxes;
@@ -162,14 +178,7 @@ void yBoxplot::BoxplotOutput(const DoubleArray& dy, const StringArray& dx1, cons
   checked::leaving(table);
 
   const bool twoFactors = nested.size() == 2;
-  StringArray outerLabels;
-  if (twoFactors) {
-    outerLabels = StringArray(groups.count());
-    for (Index box = 1; box <= groups.count(); ++box) {
-      const Index parent = groups.parents[static_cast<std::size_t>(box - 1)];
-      outerLabels(box) = nested.front().labels[static_cast<std::size_t>(parent)];
-    }
-  }
+  BoxLabels labels = labelsOf(nested);
   const std::span<const double> means = table.column(Slot::Mean);
   MeanY = DoubleArray(std::vector<double>(means.begin(), means.end()));
   BoxValue = std::move(table);
@@ -186,9 +195,8 @@ void yBoxplot::BoxplotOutput(const DoubleArray& dy, const StringArray& dx1, cons
   OutlierBox = DoubleArray(std::move(outliers.boxes));
   OutlierRow = DoubleArray(std::move(outliers.rows));
   XAxisX = DoubleArray(std::move(place));
-  StringArray labels(std::move(groups.labels));
-  XAxis1 = twoFactors ? std::move(outerLabels) : std::move(labels);
-  XAxis2 = twoFactors ? std::move(labels) : StringArray();
+  XAxis1 = std::move(labels.first);
+  XAxis2 = std::move(labels.second);
   XGroupX = twoFactors ? DoubleArray(std::move(places.front())) : DoubleArray();
   XGroup = twoFactors ? StringArray(std::move(nested.front().labels)) : StringArray();
   YAxis = std::move(axis);

@@ -127,14 +127,20 @@ class Grid {
   bool full_;
 };
 
+/// Failure 7 where the table of all points would be too large.
+void checkSize(Index variables, Index n, Index groups, bool full) {
+  constexpr double mostElements = 1E8;
+  const double pairs = static_cast<double>(variables) * static_cast<double>(variables - 1) / 2;
+  const double slots = (full ? 2 : 1) * pairs * static_cast<double>(n + 1);
+  if (slots * static_cast<double>(groups) > mostElements) {
+    raise(FailureNumber::OutOfMemory, "there are too many columns, rows and groups for one table of points");
+  }
+}
+
 struct Points {
   Points(const Grid& grid, const std::vector<Variable>& variables, const FactorGroups& groups) {
     const auto n = static_cast<Index>(groups.codes.size());
     const auto panels = static_cast<Index>(grid.panels.size());
-    constexpr Index mostElements = 100'000'000;
-    if (panels > mostElements / (n + 1) || panels * (n + 1) > mostElements / groups.count()) {
-      raise(FailureNumber::OutOfMemory, "there are too many panels, rows and groups for one table");
-    }
     x = DoubleArray(panels * (n + 1), NoValue);
     y = DoubleArray(x.rows(), groups.count(), NoValue);
     const std::span<double> places = x.vector();
@@ -276,11 +282,13 @@ void yMatrix::MatrixOutput(const DoubleArray& M_X, const StringArray& XName, con
   }
   StringArray names = namesOf(XName, M_X.columns());
   FactorGroups groups = (dx.filled() ? nestedGroups({firstRows(dx, n, "dx")}) : singleGroup(n)).front();
+  const bool full = MatrixType != "Lower left";
+  checkSize(M_X.columns(), n, groups.count(), full);
   std::vector<Variable> variables;
   for (Index column = 1; column <= M_X.columns(); ++column) {
     variables.emplace_back(M_X.column(column), groups);
   }
-  const Grid grid(variables.size(), MatrixType != "Lower left");
+  const Grid grid(variables.size(), full);
   Points points(grid, variables, groups);
   std::optional<Lines> lines;
   if (FitLine) lines.emplace(grid, variables, groups.count());
