@@ -9,9 +9,6 @@
 
 namespace zelkova {
 
-namespace {
-
-/// The values of each of `count` groups, in their order; `codes` beyond the last value are not read.
 std::vector<std::vector<double>> gathered(std::span<const double> values, std::span<const Index> codes,
                                           Index count) {
   if (codes.size() < values.size()) raise(FailureNumber::OutOfRange, "there are fewer labels than values");
@@ -23,8 +20,6 @@ std::vector<std::vector<double>> gathered(std::span<const double> values, std::s
   for (std::size_t row = 0; row < values.size(); ++row) members[groupOf(row)].push_back(values[row]);
   return members;
 }
-
-}  // namespace
 
 Groups splitByLabel(const DoubleArray& values, const StringArray& labels) {
   const std::span<const double> rows = values.vector();

@@ -20,6 +20,11 @@ struct Groups {
 /// labels.
 Groups splitByLabel(const DoubleArray& values, const StringArray& labels);
 
+/// The values of each of `count` groups, in their order. `codes` holds the number of each value's group, 0 to
+/// `count` - 1; codes beyond the last value are not read. Failure 9 where there are fewer codes than values.
+std::vector<std::vector<double>> gathered(std::span<const double> values, std::span<const Index> codes,
+                                          Index count);
+
 /// One group of values: how many, their mean as the unevaluated sum `centre` + `rest`, and the sum of
 /// their squared deviations from it. The mean in two parts keeps the digits of differences of means that lie
 /// far from 0 (the corrected two-pass algorithm; Chan, Golub and LeVeque, 1983).

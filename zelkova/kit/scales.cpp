@@ -8,6 +8,7 @@
 #include "zelkova/frame/RunningObjects.h"
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/frame/numberText.h"
+#include "zelkova/kit/dotColumns.h"
 #include "zelkova/kit/modzStat.h"
 #include "zelkova/kit/modzSupport.h"
 
@@ -86,6 +87,38 @@ double chooseWidth(double range, double target, bool wholeData) {
   return wholeData ? 1 : widths.back();
 }
 
+/// The width of the intervals of a histogram; the smallest and the largest value differ.
+double histogramWidth(std::span<const double> values, double smallest, double largest) {
+  const double range = checked::finite(largest - smallest);
+  const double width = chooseWidth(range, targetIntervals(static_cast<Index>(values.size())),
+                                   std::all_of(values.begin(), values.end(), isWhole));
+  const double size = std::max(std::abs(smallest), std::abs(largest));
+  const double spacing = std::nextafter(size, 2 * size) - size;
+  if (width < 2 * spacing) {
+    raise(FailureNumber::InvalidCall, "the data differ too little for their size");
+  }
+  return width;
+}
+
+/// Whether `x` is a whole number of `unit`, but for the rounding of decimals.
+bool isMultiple(double x, double unit) {
+  const double ratio = x / unit;
+  return std::abs(ratio - std::round(ratio)) <= 1E-9 + 0x1p-50 * std::abs(ratio);
+}
+
+/// The decimal place in which the data are recorded, from ten times `width` down to a thousandth of its own
+/// place; below that it makes no difference to columns of about this width, and the answer is 0.
+double recordedUnit(std::span<const double> values, double width) {
+  const auto place = static_cast<Index>(std::floor(std::log10(width)));
+  for (Index exponent = place + 1; exponent >= place - 3; --exponent) {
+    const double unit = powerOfTen(exponent);
+    if (std::all_of(values.begin(), values.end(), [unit](double x) { return isMultiple(x, unit); })) {
+      return unit;
+    }
+  }
+  return 0;
+}
+
 /// `x` as its 15 digits give it: 0.3 for 0.1 + 0.1 + 0.1.
 double readable(double x) { return toNumber(numberText(checked::finite(x))); }
 
@@ -110,16 +143,7 @@ DoubleArray GetHistogramBins(const DoubleArray& data) {
   const double largest = GetMax(data);
   if (smallest == largest) return {smallest};
 
-  const std::span<const double> values = data.vector();
-  const double range = checked::finite(largest - smallest);
-  const double width =
-      chooseWidth(range, targetIntervals(GetCount(data)), std::all_of(values.begin(), values.end(), isWhole));
-  const double size = std::max(std::abs(smallest), std::abs(largest));
-  const double spacing = std::nextafter(size, 2 * size) - size;
-  if (width < 2 * spacing) {
-    raise(FailureNumber::InvalidCall, "the data differ too little for their size");
-  }
-
+  const double width = histogramWidth(data.vector(), smallest, largest);
   double midpoint = ceilingAwayFromZero(smallest, width);
   for (int round = 0; round < 100 && midpoint - width / 2 > smallest; ++round) midpoint -= width;
   std::vector<double> midpoints{midpoint};
@@ -129,6 +153,38 @@ DoubleArray GetHistogramBins(const DoubleArray& data) {
   DoubleArray result(std::move(midpoints));
   checked::leaving(result);
   return result;
+}
+
+double dotColumnWidth(const DoubleArray& data) {
+  checked::leaving(data);
+  const double smallest = GetMin(data);
+  const double largest = GetMax(data);
+  if (smallest == largest) return 0;
+
+  const double widest = histogramWidth(data.vector(), smallest, largest);
+  // Narrower columns would fall together in the digits of their positions.
+  if (std::max(std::abs(smallest), std::abs(largest)) > 1E12 * widest) return widest;
+
+  constexpr double mostColumns = 200;
+  const double target = std::min(4 * std::sqrt(static_cast<double>(GetCount(data))), mostColumns);
+  const double aim = (largest - smallest) / target;
+  const double unit = recordedUnit(data.vector(), widest);
+  constexpr double rounding = 1 + 1E-9;
+  double best = widest;
+  for (Index exponent = static_cast<Index>(std::floor(std::log10(widest))) - 2;; ++exponent) {
+    for (const double step : {1.0, 2.0, 2.5, 5.0}) {
+      const double width = exponent < 0 ? step / powerOfTen(-exponent) : step * powerOfTen(exponent);
+      if (width > widest * rounding) return best;
+      if (unit > 0 && (width < unit / rounding || !isMultiple(width, unit))) continue;
+      best = width;
+      if (width * rounding >= aim) return best;
+    }
+  }
+}
+
+double dotColumnPlace(double x, double width) {
+  const double ratio = x / width;
+  return std::floor(ratio + 0.5 + 1E-9 + 0x1p-50 * std::abs(ratio));
 }
 
 DoubleArray GetAxisScale(const DoubleArray& data, bool keepZero) {
