@@ -150,9 +150,10 @@ class LargestDeviation {
   double k_;
 };
 
-/// P(largest deviation / s > h) as a function of ln h, s the estimate of the standard deviation on `df`
+/// P(largest deviation > h s) as a function of ln h, s being the estimate of the standard deviation on `df`
 /// degrees of freedom: the trapezoidal sum over ln s, which gains digits in proportion to its terms. It runs
-/// over fixed places of ln c, c = h s in units of the deviations, so that another h finds most tails known.
+/// over fixed places of ln c, where c is the deviation that h s stands for, so that another h finds most
+/// tails known.
 class StudentisedDeviation {
  public:
   StudentisedDeviation(Index k, double df)

@@ -99,7 +99,10 @@ StringArray pairLabels(const StringArray& labels1, const StringArray& labels2) {
   std::vector<std::string> result;
   result.reserve(static_cast<std::size_t>(labels1.size() * labels2.size()));
   for (const std::string& label1 : labels1.elements()) {
-    for (const std::string& label2 : labels2.elements()) result.push_back(label1 + "*" + label2);
+    for (const std::string& label2 : labels2.elements()) {
+      result.push_back(label1 + "*");
+      result.back() += label2;
+    }
   }
   return StringArray(std::move(result));
 }
