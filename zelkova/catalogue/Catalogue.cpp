@@ -137,6 +137,7 @@ Catalogue::Catalogue() : worksheetFunctions_(describeWorksheetFunctions()) {
            describeKit,
            describeHypothesis,
            describeModels,
+           describeANOM,
            describeCharts,
            describeCapability,
            describeGage,

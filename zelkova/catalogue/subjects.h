@@ -12,6 +12,7 @@ void describeKit(std::vector<Class>& classes);
 void describeHypothesis(std::vector<Class>& classes);
 void describeModels(std::vector<Class>& classes);
 void describeLogistic(std::vector<Class>& classes);
+void describeANOM(std::vector<Class>& classes);
 void describeCharts(std::vector<Class>& classes);
 void describeCapability(std::vector<Class>& classes);
 void describeGage(std::vector<Class>& classes);

@@ -60,6 +60,7 @@ TwoWay analyseTwoWay(std::span<const double> values, const Levels& levels1, cons
   result.ss1 = checked::finite(result.b * result.r * squares(result.effects1));
   result.ss2 = checked::finite(result.a * result.r * squares(result.effects2));
   result.ss12 = checked::finite(result.r * squares(means));
+  result.effects12 = std::move(means);
   result.within = checked::finite(within);
   return result;
 }

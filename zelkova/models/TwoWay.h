@@ -8,13 +8,14 @@
 namespace zelkova {
 
 /// What a balanced layout of a by b cells with r values each consists of. Effects are deviations of the
-/// levels' means from the mean of all. The sums of squares are those of the two factors, of the interaction
-/// and within the cells; they are finite.
+/// levels' means from the mean of all; those of the interaction, the second factor's levels within each of
+/// the first, are what the two leave of a cell's deviation. The sums of squares are those of the two factors,
+/// of the interaction and within the cells; they are finite.
 struct TwoWay {
   double a = 0;
   double b = 0;
   double r = 0;
-  std::vector<double> effects1, effects2;
+  std::vector<double> effects1, effects2, effects12;
   double ss1 = 0;
   double ss2 = 0;
   double ss12 = 0;
