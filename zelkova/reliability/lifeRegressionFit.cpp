@@ -244,32 +244,49 @@ DoubleArray startOf(LifeDistribution dist, const OrthogonalDesign& design, const
   return start;
 }
 
-double quadratic(const DoubleArray& V, const DoubleArray& g) {
-  double sum = 0;
-  for (Index i = 1; i <= g.rows(); ++i) {
-    for (Index j = 1; j <= g.rows(); ++j) sum += g(i) * V(i, j) * g(j);
+/// The end of a search: the covariance of the searched parameters there, and what Newton's step from there
+/// comes to.
+struct SearchEnd {
+  DoubleArray V;
+  DoubleArray Q;
+};
+
+/// The gradient where all parameters are 1, by differences wide enough for the rounding of a long sum.
+DoubleArray gradientAt(SearchSpace& space) {
+  constexpr double step = 1E-4;
+  DoubleArray Q = space.start();
+  DoubleArray gradient(Q.rows());
+  for (Index k = 1; k <= Q.rows(); ++k) {
+    Q(k) = 1 + step;
+    const double above = space(Q);
+    Q(k) = 1 - step;
+    gradient(k) = (above - space(Q)) / (2 * step);
+    Q(k) = 1;
   }
-  return sum;
+  return gradient;
 }
 
-/// The covariance of the searched parameters at the end of a search; failure 5 where that is no maximum, or
-/// where the data tell nothing of some parameter.
-DoubleArray covarianceAt(SearchSpace& space, double failures) {
+/// Failure 5 where a search did not end near a maximum, or where the data tell nothing of some parameter.
+SearchEnd endOf(SearchSpace& space, double failures) {
   DoubleArray Q = space.start();
-  DoubleArray information, gradient;
-  double value = 0;
+  DoubleArray information;
   RSHessian(Q, information, space);
-  RSGradient(Q, value, gradient, space);
+  const DoubleArray gradient = gradientAt(space);
   const DoubleArray V = MatInverse(information);
   // Differences do not see less than some 1E-7 of what all failures tell.
   constexpr double nothing = 1E5;
+  double distance = 0;
   for (Index k = 1; k <= V.rows(); ++k) {
     if (!(V(k, k) > 0 && V(k, k) * failures < nothing)) raise(FailureNumber::InvalidCall);
+    double step = 0;
+    for (Index j = 1; j <= V.rows(); ++j) step += V(k, j) * gradient(j);
+    distance += gradient(k) * step;
+    Q(k) -= step;
   }
   // The distance to the maximum in standard errors, squared.
   constexpr double near = 1E-4;
-  if (!(std::abs(quadratic(V, gradient)) < near)) raise(FailureNumber::InvalidCall);
-  return V;
+  if (!(std::abs(distance) < near)) raise(FailureNumber::InvalidCall);
+  return {V, Q};
 }
 
 }  // namespace
@@ -323,7 +340,8 @@ std::optional<LifeRegressionFit> fitLifeRegression(const DoubleArray& SA, const 
     fit.P = start;
     fit.V = DoubleArray(start.rows(), start.rows(), 0);
     if (space.size() > 0) {
-      constexpr double valueTolerance = 1.5000000000000001E-15;
+      // Less would be lost in the rounding of a long sum; Newton's step goes the rest of the way.
+      constexpr double valueTolerance = 1E-12;
       constexpr int mostIterations = 100;
       const double tolerance = std::sqrt(roundingUnit);
       const int n = static_cast<int>(space.size());
@@ -331,10 +349,12 @@ std::optional<LifeRegressionFit> fitLifeRegression(const DoubleArray& SA, const 
       int info = 0;
       LBFGSMinimize(n, n, searched, tolerance, valueTolerance, tolerance, mostIterations, info,
                     fit.iterations, space);
-      fit.P = space.parameters(searched);
-      fit.P(1) = std::abs(fit.P(1));
-      SearchSpace atEnd = spaceAt(fit.P);
-      fit.V = atEnd.covariance(covarianceAt(atEnd, failures));
+      DoubleArray last = space.parameters(searched);
+      last(1) = std::abs(last(1));
+      SearchSpace atEnd = spaceAt(last);
+      const SearchEnd end = endOf(atEnd, failures);
+      fit.P = atEnd.parameters(end.Q);
+      fit.V = atEnd.covariance(end.V);
     }
     fit.logLikelihood = -(*objective)(fit.P);
   });
