@@ -120,6 +120,7 @@ TEST_F(WeibullStudy, OneSidedAndUnits) {
 // Faults: a number for data that no Weibull distribution has, or a search for a maximum that is not there.
 TEST_F(WeibullStudy, RefusesWhatHasNoAnswer) {
   EXPECT_EQ(failureOf({1, 2, 0}, {}), 5);
+  EXPECT_EQ(failureOf({1, 2, NoValue}, {}), 5);
   EXPECT_EQ(failureOf({3, 3, 3}, {}), 5);
   EXPECT_EQ(failureOf({3}, {}), 5);
   EXPECT_EQ(failureOf({3, 3}, {.scale = "3"}), 5);
@@ -129,12 +130,13 @@ TEST_F(WeibullStudy, RefusesWhatHasNoAnswer) {
   EXPECT_EQ(failureOf(wind, {.confidence = 1}), 1004);
   EXPECT_EQ(failureOf({}, {}), 9);
   // By hand: with a shape of 2 the scale is the root mean square.
-  EXPECT_TRUE(isClose(Study{.shape = "2"}.of({3})(Slot::Scale), 3, 1e-7));
-  EXPECT_TRUE(isClose(Study{.shape = "2"}.of({1, 7})(Slot::Scale), 5, 1e-7));
+  EXPECT_TRUE(isClose(Study{.shape = "2"}.of({3})(Slot::Scale), 3));
+  EXPECT_TRUE(isClose(Study{.shape = "2"}.of({1, 7})(Slot::Scale), 5));
+  EXPECT_TRUE(isClose(Study{.shape = "1000"}.of({1, 7})(Slot::Scale), 7 * std::pow(0.5, 0.001)));
 }
 
 // Faults: a curve of another distribution or on another scale, an axis that leaves out what is specified, a
-// line beside its place. Expected: the Weibull density and the positions by hand.
+// line beside its place. Expected: the Weibull survival and the positions by hand.
 TEST_F(WeibullStudy, DrawsTheHistogram) {
   DoubleArray x, y, curve, limitY, lower, upper, target;
   const auto draw = [&](const DoubleArray& dy, double shape, double scale) {
@@ -149,8 +151,10 @@ TEST_F(WeibullStudy, DrawsTheHistogram) {
   for (const double height : curve.elements()) heights += height == NoValue ? 0 : height;
   EXPECT_EQ(all, 153);
   EXPECT_TRUE(isClose(heights, 153, 1e-6));
-  const auto density = [](double t) { return t * t * std::exp(-std::pow(t / 11, 3)); };
-  EXPECT_TRUE(isClose(curve(4) / curve(3), density(x(4)) / density(x(3)), 1e-12));
+  const auto survival = [](double t) { return std::exp(-std::pow(t / 11, 3)); };
+  const double half = (x(2) - x(1)) / 2;
+  EXPECT_TRUE(isClose(curve(1), 153 * (1 - survival(x(1) + half)), 1e-9));
+  EXPECT_TRUE(isClose(curve(4), 153 * (survival(x(4) - half) - survival(x(4) + half)), 1e-11));
   EXPECT_LE(x(1) - (x(2) - x(1)) / 2, 1);
   EXPECT_GE(x(m) + (x(2) - x(1)) / 2, 25);
   const double place = ((25 - x(1)) / (x(2) - x(1)) + 0.5) / static_cast<double>(m);

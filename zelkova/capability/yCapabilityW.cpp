@@ -1,6 +1,7 @@
 #include "zelkova/capability/yCapabilityW.h"
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 
 #include "zelkova/capability/specificationAxis.h"
@@ -10,7 +11,7 @@
 #include "zelkova/frame/givenNumber.h"
 #include "zelkova/kit/binCounts.h"
 #include "zelkova/kit/modzStat.h"
-#include "zelkova/kit/normalCurve.h"
+#include "zelkova/kit/sums.h"
 #include "zelkova/reliability/LifeDistribution.h"
 #include "zelkova/reliability/lifeRegressionFit.h"
 
@@ -29,9 +30,10 @@ Specifications givenSpecifications(const std::string& USL, const std::string& LS
   return {givenNumber(USL, "USL"), givenNumber(LSL, "LSL"), givenNumber(Target, "Target")};
 }
 
-void requirePositive(std::span<const double> y) {
-  if (std::any_of(y.begin(), y.end(), [](double x) { return !(x > 0); })) {
-    raise(FailureNumber::InvalidCall, "a measurement is not above 0");
+void requireMeasurements(std::span<const double> y) {
+  for (const double x : y) {
+    if (!(x > 0)) raise(FailureNumber::InvalidCall, "a measurement is not above 0");
+    if (x == NoValue) raise(FailureNumber::InvalidCall, "a measurement has no value");
   }
 }
 
@@ -58,24 +60,34 @@ struct Parameters {
   Parameter scale;
 };
 
+/// The scale of a given shape, in the largest measurement so that no power overflows: its likelihood has the
+/// maximum in closed form, and the information about its logarithm is n shape^2.
+Parameter scaleOfShape(std::span<const double> y, double shape, double z) {
+  const double n = static_cast<double>(y.size());
+  const double largest = *std::max_element(y.begin(), y.end());
+  const double mean = laneSum(y, [=](double x) { return std::pow(x / largest, shape); }) / n;
+  const double reach = checked::quotient(z, shape * std::sqrt(n));
+  return estimated(largest * checked::power(mean, checked::quotient(1, shape)), reach);
+}
+
 /// The distribution of the measurements, which are lives that all ended, with the logarithm of the scale as
 /// their location.
 Parameters distributionOf(const DoubleArray& dy, const std::optional<double>& histShape,
                           const std::optional<double>& histScale, double z) {
   if (histShape && histScale) return {{*histShape}, {*histScale}};
   const auto y = dy.vector();
+  if (histShape) return {{*histShape}, scaleOfShape(y, *histShape, z)};
   const double only = histScale.value_or(y[0]);
-  if (!histShape && std::all_of(y.begin(), y.end(), [only](double x) { return x == only; })) {
+  if (std::all_of(y.begin(), y.end(), [only](double x) { return x == only; })) {
     raise(FailureNumber::InvalidCall, "the measurements do not differ: there is no shape to estimate");
   }
-  const DoubleArray hold{histShape.value_or(NoValue), histScale ? checked::log(*histScale) : NoValue};
+  const DoubleArray hold{NoValue, histScale ? checked::log(*histScale) : NoValue};
   const auto fit = fitLifeRegression(dy, dy, DoubleArray(dy.rows(), 2, 1.0), "Weibull", hold);
   if (!fit) raise(FailureNumber::InvalidCall, "no Weibull distribution fits the measurements");
   const double shape = fit->P(1);
-  const double shapeReach = z * checked::quotient(checked::root(fit->V(1, 1)), shape);
-  const double scaleReach = z * checked::root(fit->V(2, 2));
-  return {histShape ? Parameter{*histShape} : estimated(shape, shapeReach),
-          histScale ? Parameter{*histScale} : estimated(checked::exp(fit->P(2)), scaleReach)};
+  const Parameter estimate = estimated(shape, z * checked::quotient(checked::root(fit->V(1, 1)), shape));
+  if (histScale) return {estimate, {*histScale}};
+  return {estimate, estimated(checked::exp(fit->P(2)), z * checked::root(fit->V(2, 2)))};
 }
 
 /// A fraction beyond specification with what it leaves, each from its own side.
@@ -148,14 +160,19 @@ void putFractions(std::span<const double> y, const Life& life, const Specificati
   put(Slot::ExpectedTotal, total(expectedBelow, expectedAbove));
 }
 
-/// The curve of the distribution at the midpoints; a density that is not finite is no value.
-DoubleArray curveOf(const Life& life, const DoubleArray& bins, double n, double shape, double scale) {
-  DoubleArray heights(bins.rows(), 0);
+/// The counts that the distribution expects in the bins: unlike a density, finite for any shape, and of the
+/// right sum where most of the distribution lies in one bin.
+DoubleArray curveOf(const Life& life, const DoubleArray& bins, double n) {
+  if (bins.rows() == 1) return DoubleArray(1, NoValue);
+  DoubleArray curve(bins.rows());
+  Tail before{0, 1};
   for (Index j = 1; j <= bins.rows(); ++j) {
-    if (bins(j) > 0) heights(j) = checked::finite(life.density(bins(j)));
-    if (bins(j) == 0 && shape == 1) heights(j) = checked::quotient(1, scale);
+    const Tail upTo = j == bins.rows() ? Tail{1, 0} : below(life, bins(j) + (bins(j + 1) - bins(j)) / 2);
+    const bool upperHalf = before.beyond > 0.5;
+    curve(j) = n * (upperHalf ? before.within - upTo.within : upTo.beyond - before.beyond);
+    before = upTo;
   }
-  return nearTheData(scaledCurve(std::move(heights), n));
+  return nearTheData(std::move(curve));
 }
 
 }  // namespace
@@ -175,7 +192,7 @@ void yCapabilityW::CapabilityWOutput(const DoubleArray& dy, const std::string& U
   WorksheetFunction& host = worksheetFunction();
   const double z = host.NormSInv((1 + CLevel) / 2);
   const std::span<const double> y = dy.vector();
-  requirePositive(y);
+  requireMeasurements(y);
   const auto [shape, scale] = distributionOf(dy, histShape, histScale, z);
   const Life life(host, LifeDistribution::Weibull, scale.value, shape.value);
 
@@ -208,11 +225,11 @@ void yCapabilityW::CapabilityWChartOutput(const DoubleArray& dy, const std::stri
   const Life life(worksheetFunction(), LifeDistribution::Weibull, positive(dScale, "dScale"),
                   positive(dShape, "dShape"));
   const std::span<const double> y = dy.vector();
-  requirePositive(y);
+  requireMeasurements(y);
   DoubleArray bins = binsOf(y, life.quantile(lowerShare), life.quantile(upperShare), given);
 
   DoubleArray counts(binCounts(bins.elements(), y));
-  DoubleArray curve = curveOf(life, bins, static_cast<double>(y.size()), dShape, dScale);
+  DoubleArray curve = curveOf(life, bins, static_cast<double>(y.size()));
   DoubleArray lowerX = markerOf(given.lower, bins);
   DoubleArray upperX = markerOf(given.upper, bins);
   DoubleArray targetX = markerOf(given.target, bins);

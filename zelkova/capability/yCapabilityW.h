@@ -45,12 +45,12 @@ class yCapabilityW : public HostBound {
                          const std::string& HistScale, double CLevel, const std::string& DisplayP,
                          DoubleArray& Capability) const;
 
-  /// The capability histogram: midpoints and counts of its bins, the Weibull curve of `dShape` and `dScale`
-  /// on the scale of the counts, and two points, from `PlotLimitY` 0 to 1, for a line at each specification,
-  /// as fractions of the axis. The axis covers the data, the quantiles at 0.00135 and 0.99865 and the
-  /// specifications. `NoValue` where the curve is below 0.000005 of a count or has no height (a shape below 1
-  /// at 0), and for a specification that is not given; in curve and lines on an axis of a single bin. Further
-  /// failure: 5 where the data differ by less than their size can resolve.
+  /// The capability histogram: midpoints and counts of its bins, the counts that a Weibull distribution of
+  /// `dShape` and `dScale` expects there (in the first and last bin with all that lies beyond), and two
+  /// points, from `PlotLimitY` 0 to 1, for a line at each specification, as fractions of the axis. The axis
+  /// covers the data, the quantiles at 0.00135 and 0.99865 and the specifications. `NoValue` where fewer than
+  /// 0.000005 are expected and for a specification that is not given; in curve and lines on an axis of a
+  /// single bin. Further failure: 5 where the data differ by less than their size can resolve.
   void CapabilityWChartOutput(const DoubleArray& dy, const std::string& USL, const std::string& LSL,
                               const std::string& Target, double dShape, double dScale, DoubleArray& PlotX,
                               DoubleArray& PlotY, DoubleArray& PlotOverall, DoubleArray& PlotLimitY,

@@ -159,7 +159,7 @@ Class describeWeibull() {
               measurements, upper, lower, target, Note("dShape", "the shape of the curve"),
               Note("dScale", "the scale of the curve"), Note("PlotX", "the midpoints of the bins"),
               Note("PlotY", "the counts"),
-              Note("PlotOverall", "the curve at the midpoints, on the scale of the counts"),
+              Note("PlotOverall", "the fitted curve: the counts that the distribution expects in the bins"),
               Note("PlotLimitY", "0 and 1: the ends of the three lines"),
               Note("PlotLSLX", "where the line of LSL stands, as a fraction of the axis, twice"),
               Note("PlotUSLX", "where the line of USL stands"),
@@ -167,7 +167,7 @@ Class describeWeibull() {
       .note(
           "The bins cover the data, the quantiles at 0.00135 and 0.99865, and the specifications. A value on "
           "the edge of two bins counts in the upper one. The curve has no value where it is below 0.000005 "
-          "of a count, and at a midpoint of 0 for a shape below 1.")
+          "of a count; at its ends it counts all that lies beyond.")
       .done();
 }
 

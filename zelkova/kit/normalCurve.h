@@ -5,11 +5,6 @@
 
 namespace zelkova {
 
-/// A curve over a histogram of `n` values from its heights at the midpoints of the intervals, scaled so that
-/// they add up to `n`. `NoValue` where there is one midpoint, or where all heights vanish. Failure 6 where a
-/// height overflows.
-DoubleArray scaledCurve(DoubleArray heights, double n);
-
 /// The height of a normal curve over a histogram of `n` values, at the midpoints of its intervals. The curve
 /// is scaled by the sum of its own heights, which add up to `n`: with intervals of unequal width it still
 /// compares with their counts. `NoValue` where there is one midpoint, or where all heights vanish. Failures:
