@@ -77,25 +77,26 @@ class OrthogonalDesign {
     for (std::size_t i = 0; i < n; ++i) root[i] = std::sqrt(frequencies[i]);
     total_ = checked::finite(laneSum(frequencies, [](double f) { return f; }));
 
-    residual_.resize(n);
-    for (std::size_t i = 0; i < n; ++i) residual_[i] = middleOf(SA.vector()[i], EA.vector()[i], logTimes);
+    std::vector<double> residual(n);
+    for (std::size_t i = 0; i < n; ++i) residual[i] = middleOf(SA.vector()[i], EA.vector()[i], logTimes);
     for (Index j = 2; j <= FA.columns(); ++j) {
       if (hold(j) == NoValue) continue;
       const auto column = FA.column(j);
-      for (std::size_t i = 0; i < n; ++i) residual_[i] -= hold(j) * column[i];
+      for (std::size_t i = 0; i < n; ++i) residual[i] -= hold(j) * column[i];
     }
-    for (std::size_t i = 0; i < n; ++i) residual_[i] *= root[i];
+    for (std::size_t i = 0; i < n; ++i) residual[i] *= root[i];
 
+    std::vector<std::vector<double>> columns;
     for (const Index j : free) {
       const auto column = FA.column(j).first(n);
       std::vector<double> q(n);
       for (std::size_t i = 0; i < n; ++i) q[i] = root[i] * column[i];
-      append(std::move(q));
+      append(std::move(q), columns, residual);
     }
-    const double squares = checked::finite(laneProduct(residual_, residual_));
+    const double squares = checked::finite(laneProduct(residual, residual));
     deviation_ = total_ > 0 ? std::sqrt(squares / total_) : 0;
     for (std::size_t i = 0; i < n; ++i) {
-      if (root[i] > 0) largest_ = std::max(largest_, std::abs(residual_[i] / root[i]));
+      if (root[i] > 0) largest_ = std::max(largest_, std::abs(residual[i] / root[i]));
     }
   }
 
@@ -114,11 +115,12 @@ class OrthogonalDesign {
 
  private:
   /// By the modified method of Gram and Schmidt (Bjorck, 1967); R of columns whose mean square is 1.
-  void append(std::vector<double> q) {
+  void append(std::vector<double> q, std::vector<std::vector<double>>& columns,
+              std::vector<double>& residual) {
     const double before = std::sqrt(checked::finite(laneProduct(q, q)));
     std::vector<double> r;
     const double size = std::sqrt(total_);
-    for (const std::vector<double>& other : columns_) {
+    for (const std::vector<double>& other : columns) {
       const double along = laneProduct(other, q);
       for (std::size_t i = 0; i < q.size(); ++i) q[i] -= along * other[i];
       r.push_back(along / size);
@@ -129,18 +131,16 @@ class OrthogonalDesign {
       raise(FailureNumber::InvalidCall, "a covariate is 0 in every row or a combination of those before it");
     }
     for (double& x : q) x /= left;
-    const double along = laneProduct(q, residual_);
-    for (std::size_t i = 0; i < q.size(); ++i) residual_[i] -= along * q[i];
+    const double along = laneProduct(q, residual);
+    for (std::size_t i = 0; i < q.size(); ++i) residual[i] -= along * q[i];
     r.push_back(left / size);
     fitted_.push_back(along / size);
     R_.push_back(std::move(r));
-    columns_.push_back(std::move(q));
+    columns.push_back(std::move(q));
   }
 
-  std::vector<std::vector<double>> columns_;
   std::vector<std::vector<double>> R_;  ///< by columns
   std::vector<double> fitted_;
-  std::vector<double> residual_;
   double total_ = 0;
   double deviation_ = 0;
   double largest_ = 0;
