@@ -6,6 +6,7 @@
 #include "host/EmbeddedHost.h"
 #include "zelkova/capability/yCapability.h"
 #include "zelkova/capability/yCapabilityB.h"
+#include "zelkova/capability/yCapabilityW.h"
 
 namespace zelkova {
 namespace {
@@ -77,6 +78,39 @@ void defectives(benchmark::State& state) {
   }
 }
 BENCHMARK(defectives)->Name("capability_defectives/1e4")->Unit(benchmark::kMillisecond);
+
+DoubleArray strengths() {
+  std::mt19937_64 random(2);
+  std::weibull_distribution<double> weibull(2.5, 40);
+  DoubleArray y(million);
+  for (double& x : y.elements()) x = weibull(random);
+  return y;
+}
+
+void weibullCapability(benchmark::State& state) {
+  startEmbeddedHost();
+  const DoubleArray y = strengths();
+  const yCapabilityW capability;
+  DoubleArray result;
+  for (auto _ : state) {
+    capability.CapabilityWOutput(y, "100", "3", "", "", "", 0.95, "", result);
+    benchmark::DoNotOptimize(result);
+  }
+}
+BENCHMARK(weibullCapability)->Name("capability_w/1e6")->Unit(benchmark::kMillisecond);
+
+void weibullHistogram(benchmark::State& state) {
+  startEmbeddedHost();
+  const DoubleArray y = strengths();
+  const yCapabilityW capability;
+  DoubleArray x, counts, curve, limitY, lower, upper, target;
+  for (auto _ : state) {
+    capability.CapabilityWChartOutput(y, "100", "3", "", 2.5, 40, x, counts, curve, limitY, lower, upper,
+                                      target);
+    benchmark::DoNotOptimize(counts);
+  }
+}
+BENCHMARK(weibullHistogram)->Name("capability_w_chart/1e6")->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace zelkova

@@ -195,5 +195,31 @@ void acceleratedLife(benchmark::State& state) {
 }
 BENCHMARK(acceleratedLife)->Name("alt/1e4")->Unit(benchmark::kMillisecond);
 
+void lifeRegression(benchmark::State& state) {
+  startEmbeddedHost();
+  Lives lives;
+  constexpr Index n = 100000;
+  LifeData data{DoubleArray(n), DoubleArray(n), DoubleArray(n, 5, 1.0)};
+  for (Index i = 1; i <= n; ++i) {
+    const double age = data.FA(i, 3) = 40 + 40 * lives.uniform();
+    const double temperature = data.FA(i, 4) = 60 + 100 * lives.uniform();
+    const double group = data.FA(i, 5) = lives.uniform() < 0.5 ? 1 : 0;
+    const double scale = std::exp(1 - 0.02 * age + 0.01 * temperature + 0.3 * group);
+    const double life = scale * lives.draw("Weibull");
+    const double end = 1.2 * scale * lives.draw("Weibull");
+    data.SA(i) = std::min(life, end);
+    data.EA(i) = life <= end ? life : NoValue;
+  }
+  const yReliability engine;
+  const DoubleArray asked = DoubleArray::table({{1, 50, 80, 0}, {1, 70, 120, 1}});
+  DoubleArray a, b, c, d, e, f, g, h, i, j, k, l;
+  for (auto _ : state) {
+    engine.LDROutput(data.SA, data.EA, data.FA, 0.95, "Weibull", "Median rank", "Maximum likelihood",
+                     {10, 50}, asked, {100}, {}, a, b, c, d, e, f, g, h, i, j, k, l);
+    benchmark::DoNotOptimize(a);
+  }
+}
+BENCHMARK(lifeRegression)->Name("ldr_weibull/1e5x3")->Unit(benchmark::kMillisecond);
+
 }  // namespace
 }  // namespace zelkova

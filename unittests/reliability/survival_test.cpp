@@ -163,6 +163,10 @@ TEST_F(Accelerated, AgreesWithRAndThePublishedMotors) {
   EXPECT_EQ(CSResitable(1, RelationResidual::AtEnd), NoValue);
   EXPECT_EQ(PlotX_RS.rows(), 17);
   EXPECT_EQ(PlotHVLU_RCS.rows(), 15);
+  // Standardised residuals lie about 0 at the maximum, where differences relative to their location see
+  // nothing.
+  ASSERT_TRUE(PlotHVLU_RS.filled());
+  EXPECT_NEAR(PlotHVLU_RS(8, ProbabilityLine::Time), 0, 1e-4);
 
   // No motor failed at 150 degrees: its message is shown and its column empty.
   EXPECT_EQ(messages, (std::vector<std::string>{"Cannot Find solution"}));

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string_view>
 
+#include "zelkova/capability/specifications.h"
 #include "zelkova/capability/yCapability.h"
 #include "zelkova/charts/ChartLines.h"
 #include "zelkova/charts/Subgroups.h"
@@ -20,11 +21,7 @@ namespace zelkova {
 
 namespace {
 
-constexpr double million = 1E6;
-
-struct Specifications {
-  std::optional<double> upper, lower, target;
-};
+using namespace capability;
 
 /// What the estimates of sigma need of a call.
 struct SigmaOptions {
@@ -146,23 +143,6 @@ double cpmOf(std::span<const double> y, const Specifications& given, double tole
     return checked::quotient(*given.upper - *given.lower, tolerance * spread);
   }
   return checked::quotient(host.Min(target - *given.lower, *given.upper - target), halfSpread);
-}
-
-/// The share of the values for which `beyond` holds, in parts per million.
-template <class Beyond>
-double observed(std::span<const double> y, Beyond beyond) {
-  const auto count = static_cast<double>(std::count_if(y.begin(), y.end(), beyond));
-  return million * count / static_cast<double>(y.size());
-}
-
-double total(double below, double above) {
-  if (below == NoValue) return above;
-  return above == NoValue ? below : below + above;
-}
-
-std::string_view textOr(std::string_view text, std::string_view ifBlank) {
-  const std::string_view given = trimmed(text);
-  return given.empty() ? ifBlank : given;
 }
 
 void putIndices(const Indices& within, const Indices& overall, double cpm, std::string_view display,

@@ -1,6 +1,7 @@
 #include "zelkova/capability/yCapability.h"
 #include "zelkova/capability/yCapabilityB.h"
 #include "zelkova/capability/yCapabilityP.h"
+#include "zelkova/capability/yCapabilityW.h"
 #include "zelkova/catalogue/describe.h"
 #include "zelkova/catalogue/subjects.h"
 
@@ -127,12 +128,56 @@ Class describePoisson() {
       .done();
 }
 
+Class describeWeibull() {
+  const Note measurements("dy", "the measurements, all above 0");
+  const Note upper("USL", "upper specification; blank for none");
+  const Note lower("LSL", "lower specification; blank for none");
+  const Note target("Target", "target; blank for none");
+  return Description<yCapabilityW>("yCapabilityW",
+                                   "Capability of a characteristic with a Weibull distribution")
+      .method("CapabilityWOutput", &yCapabilityW::CapabilityWOutput,
+              "Shape and scale with limits, capability indices, and the fractions beyond specification",
+              measurements, upper, lower, target,
+              Note("HistShape", "historical shape; blank for the estimate"),
+              Note("HistScale", "historical scale; blank for the estimate"),
+              Note("CLevel", "confidence of the limits of shape and scale, as a fraction"),
+              Note("DisplayP", "the unit of the fractions; blank for the first")
+                  .choices({"Parts per million", "Percentage", ""}),
+              Note("Capability", "the study").slots(WeibullCapability::names))
+      .note(
+          "Estimates are of maximum likelihood. A historical parameter has no limits; one alone is held "
+          "while the other is estimated.")
+      .note(
+          "LowerQuantile and UpperQuantile are those at 0.00135 and 0.99865; Pp, PPU and PPL set the "
+          "specifications against them and the median. A Z value is the normal quantile that cuts off the "
+          "same fraction, so that 3 PPU and ZUSL differ for a skewed distribution.")
+      .note(
+          "A one-sided specification has no Pp; its Ppk and ZBench are those of its side. A fraction of 0 or "
+          "1 has no Z value: nothing lies below a lower specification of 0.")
+      .method("CapabilityWChartOutput", &yCapabilityW::CapabilityWChartOutput,
+              "The capability histogram: bins, the Weibull curve and the lines of the specifications",
+              measurements, upper, lower, target, Note("dShape", "the shape of the curve"),
+              Note("dScale", "the scale of the curve"), Note("PlotX", "the midpoints of the bins"),
+              Note("PlotY", "the counts"),
+              Note("PlotOverall", "the fitted curve: the counts that the distribution expects in the bins"),
+              Note("PlotLimitY", "0 and 1: the ends of the three lines"),
+              Note("PlotLSLX", "where the line of LSL stands, as a fraction of the axis, twice"),
+              Note("PlotUSLX", "where the line of USL stands"),
+              Note("PlotTargetX", "where the line of the target stands"))
+      .note(
+          "The bins cover the data, the quantiles at 0.00135 and 0.99865, and the specifications. A value on "
+          "the edge of two bins counts in the upper one. The curve has no value where it is below 0.000005 "
+          "of a count; at its ends it counts all that lies beyond.")
+      .done();
+}
+
 }  // namespace
 
 void describeCapability(std::vector<Class>& classes) {
   classes.push_back(describeNormal());
   classes.push_back(describeBinomial());
   classes.push_back(describePoisson());
+  classes.push_back(describeWeibull());
 }
 
 }  // namespace zelkova

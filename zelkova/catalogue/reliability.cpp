@@ -236,6 +236,57 @@ Class reliability() {
       .note(
           "A level without a failure shows a message and has no plot, but its rows take part in the joint "
           "fit. An unknown distribution or relation fills nothing.")
+      .method(
+          "LDROutput", &yReliability::LDROutput, "Life data regression: the location depends on covariates",
+          starts(), ends(),
+          Note("FA",
+               "a row for each: how many units it stands for, then its covariates; a constant is a column of "
+               "ones, none is added")
+              .table(),
+          confidence, distribution, plotPosition,
+          Note("estimate", "how the lines of the residual plots are fitted")
+              .choices({"Least squares", "Maximum likelihood"}),
+          shares,
+          Note("predictX",
+               "rows of covariates, as in FA, that percentiles and survivals are asked for; may be left out")
+              .table(),
+          someTimes,
+          Note("hold",
+               "values that the spread and the coefficients are held at; no value for a free one; may be "
+               "left out"),
+          Note("regtable", "rows: spread, then the coefficient of each covariate")
+              .table()
+              .slots(RelationCoefficient::names),
+          Note("modelf", "the fit; N is how many units there are").slots(RelationFit::names),
+          Note("SResitable", "location and standardised residuals at both ends of each row")
+              .table()
+              .slots(LifeRegressionResidual::names),
+          Note("CSResitable", "Cox-Snell residuals, -ln S").table().slots(LifeRegressionResidual::names),
+          Note("ptiletable", "a row for each row of predictX and share")
+              .table()
+              .slots(LifeRegressionPercentile::names),
+          Note("timestable", "a row for each row of predictX and time; SE is that of the working quantity")
+              .table()
+              .slots(LifeRegressionSurvival::names),
+          Note("PlotX_RS", "standardised residuals of failures"), Note("PlotY_RS", "their scores"),
+          Note("PlotHVLU_RS", "their probability line").table().slots(ProbabilityLine::names),
+          Note("PlotX_RCS", "Cox-Snell residuals of failures"), Note("PlotY_RCS", "their scores"),
+          Note("PlotHVLU_RCS", "their probability line").table().slots(ProbabilityLine::names))
+      .note(
+          "The fit is by maximum likelihood. The spread is the shape for Weibull, else the scale; that of "
+          "Exponential is held at 1. The log-likelihood has no terms -ln t.")
+      .note(
+          "Frequencies multiply the terms of their rows, but for Logistic and Loglogistic: there the "
+          "frequency of an exact failure multiplies only a part of its term, so that it does not count as "
+          "that many rows. Repeat a row that stands for several units.")
+      .note(
+          "For Logistic and Loglogistic, too, a unit that is known only to have failed by EA tells nothing. "
+          "Give it an SA below every time that can occur.")
+      .note(
+          "Where the likelihood has no finite maximum, the text Cannot Find solution is shown and nothing is "
+          "filled: no failure at all, no failure at some level of a covariate, more parameters than "
+          "failures. It is shown too where only the residuals cannot be fitted on their own; take Turnbull "
+          "for rows without an SA.")
       .done();
 }
 

@@ -34,8 +34,11 @@ SearchUnits::SearchUnits(const std::string& model, const DoubleArray& P, const D
   const bool accelerated = model.find('|') != std::string::npos;
   if (!accelerated) {
     for (Index k = 1; k <= P.rows(); ++k) unit_(k) = magnitude(valueOf(k));
-    // A location has no magnitude of its own: what moves it is measured in scales.
-    if (!isPositive(*dist)) unit_(1) = unit_(2);
+    if (isPositive(*dist)) return;
+    // A location has no magnitude of its own: what moves it is measured in scales, and from one below the
+    // start, since differences cannot tell apart what lies close to 0.
+    unit_(1) = unit_(2);
+    origin_ = valueOf(1) - unit_(1);
     return;
   }
   unit_(1) = magnitude(valueOf(1));
@@ -62,6 +65,7 @@ void SearchUnits::centre(const std::string& model, const DoubleArray& AA) {
 
 DoubleArray SearchUnits::to(const DoubleArray& P) const {
   DoubleArray Q = P;
+  Q(1) -= origin_;
   if (centre_ != 0) Q(2) = P(2) + centre_ * P(3);
   for (Index k = 1; k <= Q.rows(); ++k) Q(k) /= unit_(k);
   return Q;
@@ -70,6 +74,7 @@ DoubleArray SearchUnits::to(const DoubleArray& P) const {
 DoubleArray SearchUnits::from(const DoubleArray& Q) const {
   DoubleArray P = Q;
   for (Index k = 1; k <= P.rows(); ++k) P(k) *= unit_(k);
+  P(1) += origin_;
   if (centre_ != 0) P(2) -= centre_ * P(3);
   return P;
 }

@@ -26,6 +26,7 @@ class SearchUnits {
   void centre(const std::string& model, const DoubleArray& AA);
 
   DoubleArray unit_;
+  double origin_ = 0;  ///< of the first parameter
   double centre_ = 0;  ///< the transformed stress at which the second parameter is the location
 };
 

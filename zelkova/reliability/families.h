@@ -28,7 +28,9 @@ class ExtremeValue {
 
   double exact(double z) const {
     const double hazard = checked::exp(z);
-    return checked::log(hazard) - hazard - lnScale_;
+    // Its logarithm is z; where it has none, it is 0.
+    if (hazard == 0) raise(FailureNumber::InvalidCall);
+    return z - hazard - lnScale_;
   }
   double right(double z) const { return -checked::exp(z); }
   double left(double z) const { return logFailure(checked::exp(z)); }

@@ -48,19 +48,16 @@ void RSHessian(DoubleArray& x, DoubleArray& H, Objective& objective) {
   DoubleArray hessian(n, n, 0);
   for (Index i = 1; i <= n; ++i) {
     const double hi = step(x(i), relative);
-    for (Index j = 1; j <= n; ++j) {
-      if (j == i) {
-        const double above = moved(x, i, hi, i, hi, objective);
-        const double below = moved(x, i, -hi, i, -hi, objective);
-        hessian(i, i) = checked::quotient(checked::quotient(above + below - 2 * here, hi), hi);
-        continue;
-      }
+    const double above = moved(x, i, hi, i, hi, objective);
+    const double below = moved(x, i, -hi, i, -hi, objective);
+    hessian(i, i) = checked::quotient(checked::quotient(above + below - 2 * here, hi), hi);
+    for (Index j = 1; j < i; ++j) {
       const double hj = step(x(j), relative);
       const double f1 = moved(x, i, hi, j, hj, objective);
       const double f2 = moved(x, i, -hi, j, hj, objective);
       const double f3 = moved(x, i, hi, j, -hj, objective);
       const double f4 = moved(x, i, -hi, j, -hj, objective);
-      hessian(i, j) = checked::quotient(checked::quotient((f1 - f2 - f3 + f4) / 4, hi), hj);
+      hessian(i, j) = hessian(j, i) = checked::quotient(checked::quotient((f1 - f2 - f3 + f4) / 4, hi), hj);
     }
   }
   H = std::move(hessian);

@@ -145,14 +145,37 @@ class AccelerationLikelihood : public LocationLikelihood {
   DoubleArray hold_;
 };
 
+/// Life data with the rows of each kind together, which the processor then foresees.
+struct RowsByKind {
+  RowsByKind(const DoubleArray& starts, const DoubleArray& ends, const DoubleArray& table)
+      : SA(starts.rows()), EA(starts.rows()), FA(starts.rows(), table.columns(), 0.0) {
+    if (ends.rows() < starts.rows()) raise(FailureNumber::OutOfRange, "there are fewer ends than starts");
+    if (table.rows() < starts.rows()) raise(FailureNumber::OutOfRange);
+    std::vector<Index> order;
+    for (const auto kind :
+         {Observation::Exact, Observation::Right, Observation::Left, Observation::Interval}) {
+      for (Index i = 1; i <= starts.rows(); ++i) {
+        if (observationOf(starts(i), ends(i)) == kind) order.push_back(i);
+      }
+    }
+    for (Index i = 1; i <= starts.rows(); ++i) {
+      const Index from = order[static_cast<std::size_t>(i - 1)];
+      SA(i) = starts(from);
+      EA(i) = ends(from);
+      for (Index j = 1; j <= FA.columns(); ++j) FA(i, j) = table(from, j);
+    }
+  }
+
+  DoubleArray SA;
+  DoubleArray EA;
+  DoubleArray FA;
+};
+
 /// Location linear in the covariates, which stand in the columns of the table after the frequency.
 class RegressionLikelihood : public LocationLikelihood {
  public:
-  RegressionLikelihood(const DoubleArray& SA, const DoubleArray& EA, DoubleArray FA, const Model& model)
-      : LocationLikelihood(SA, EA, model), FA_(std::move(FA)) {
-    if (FA_.rows() < SA.rows()) raise(FailureNumber::OutOfRange);
-    FA_.columns();
-  }
+  RegressionLikelihood(RowsByKind rows, const Model& model)
+      : LocationLikelihood(rows.SA, rows.EA, model), FA_(std::move(rows.FA)) {}
 
   double operator()(DoubleArray& P) override {
     const double spread = P(1) = std::abs(P(1));
@@ -259,7 +282,7 @@ std::unique_ptr<Objective> regressionLikelihood(const DoubleArray& SA, const Dou
   constexpr std::string_view prefix = "LDR";
   const Model* known = model.starts_with(prefix) ? modelNamed(model.substr(prefix.size())) : nullptr;
   if (!known) return nullptr;
-  return std::make_unique<RegressionLikelihood>(SA, EA, FA, *known);
+  return std::make_unique<RegressionLikelihood>(RowsByKind(SA, EA, FA), *known);
 }
 
 }  // namespace zelkova

@@ -22,6 +22,9 @@ ZELKOVA_SLOTS(RelationResidual, Stress, SA, EA, AtStart, AtEnd);
 ZELKOVA_SLOTS(RelationPercentile, Stress, Percent, Percentile, SE, Lower, Upper);
 ZELKOVA_SLOTS(RelationSurvival, Stress, Time, Survival, SE, AtLowerU, AtUpperU);
 ZELKOVA_SLOTS(RelationLine, X, M);
+ZELKOVA_SLOTS(LifeRegressionResidual, Location, SA, EA, AtStart, AtEnd);
+ZELKOVA_SLOTS(LifeRegressionPercentile, Row, Percent, Percentile, SE, Lower, Upper);
+ZELKOVA_SLOTS(LifeRegressionSurvival, Row, Time, Survival, SE, AtLowerU, AtUpperU);
 ZELKOVA_SLOTS(ProbabilityLine, Share, Score, Lower, Upper, Time);
 
 /// Life data with any censoring: parametric and nonparametric analysis, accelerated tests. Binds to the host.
@@ -218,6 +221,43 @@ class yReliability : public HostBound {
                  DoubleArray& PlotX_RS, DoubleArray& PlotY_RS, DoubleArray& PlotHVLU_RS,
                  DoubleArray& PlotX_RCS, DoubleArray& PlotY_RCS, DoubleArray& PlotHVLU_RCS, DoubleArray& RelX,
                  DoubleArray& RelA, DoubleArray& RelACIL, DoubleArray& RelACIU) const;
+
+  /// Life data regression: one distribution whose location is linear in covariates, by maximum likelihood
+  /// (Lawless 2003, chapter 6). `FA` is a table: the frequency, then the covariates, at least one. A constant
+  /// is a column of ones; none is added. The parameters are the spread (shape of "Weibull", else the scale)
+  /// and a coefficient for each covariate; `hold` has an element for each, may be shorter or unfilled, and
+  /// "Exponential" has its spread held at 1.
+  ///
+  /// Frequencies multiply the terms of their rows. deliberate, in "Logistic" and "Loglogistic" alone: that of
+  /// an exact failure multiplies only the part of its term that is linear in the time, and a row that is
+  /// known only to have failed by its end tells nothing. With those two, repeat a row that stands for several
+  /// units, and give an early failure an interval with a start.
+  ///
+  /// `regtable` gets a row for each parameter as in `ALTOutput`, `modelf` the log-likelihood (without the
+  /// terms -ln t of a logarithmic scale), the units and the iterations. `SResitable` and `CSResitable` have a
+  /// row for each row of data: its location, its span, and the standardised or Cox-Snell residual at both
+  /// ends. `ptiletable` and `timestable` have a row for each row of `predictX`, which has the covariates as
+  /// `FA` has them, and each element of `Percent` or `times`.
+  ///
+  /// The residuals are life data of their own: `PlotX_RS` to `PlotHVLU_RS` are the probability plot of the
+  /// standardised ones, `PlotX_RCS` to `PlotHVLU_RCS` that of the Cox-Snell ones as "Exponential", with
+  /// `pMtd` and `estimate` as `ParaAnalysis` takes them: only "Turnbull" places them with their frequencies,
+  /// and only it has a place for rows without a start. Residuals that cannot be fitted on their own have no
+  /// line; "Cannot Find solution" is shown for them too, with the regression in its place.
+  ///
+  /// Where the likelihood has no finite maximum (no failure, no failure for some level of a covariate, more
+  /// parameters than failures, logistic frequencies of 2 and more), "Cannot Find solution" is shown through
+  /// the host's message box and nothing is filled. An unknown `dist` fills nothing. Failures: 9 for an `FA`
+  /// without covariates, for arrays too short and for a `predictX` of another width; 5 for a frequency below
+  /// 0, a row without any time, a covariate without a value, collinear covariates, and a time of 0 or below
+  /// on a logarithmic scale.
+  void LDROutput(const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& FA, double CLevel,
+                 const std::string& dist, const std::string& pMtd, const std::string& estimate,
+                 const DoubleArray& Percent, const DoubleArray& predictX, const DoubleArray& times,
+                 const DoubleArray& hold, DoubleArray& regtable, DoubleArray& modelf, DoubleArray& SResitable,
+                 DoubleArray& CSResitable, DoubleArray& ptiletable, DoubleArray& timestable,
+                 DoubleArray& PlotX_RS, DoubleArray& PlotY_RS, DoubleArray& PlotHVLU_RS,
+                 DoubleArray& PlotX_RCS, DoubleArray& PlotY_RCS, DoubleArray& PlotHVLU_RCS) const;
 };
 
 }  // namespace zelkova

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "zelkova/frame/Array.h"
+
+namespace zelkova {
+
+/// A life regression: the spread, then the coefficient of each covariate, with their covariance (0 for held
+/// ones).
+struct LifeRegressionFit {
+  DoubleArray P;
+  DoubleArray V;
+  double logLikelihood;
+  int iterations;
+
+  /// The covariates of a row of `design`, from its column `first` on, times the coefficients.
+  double location(const DoubleArray& design, Index row, Index first) const;
+  double locationVariance(const DoubleArray& design, Index row, Index first) const;
+  double spreadCovariance(const DoubleArray& design, Index row, Index first) const;
+};
+
+/// The maximum of the likelihood of "LDR" and `dist` (see `NegLogLik`) by `LBFGSMinimize`, with the observed
+/// information by differences at it. `hold` has an element for the spread and one for each covariate,
+/// `NoValue` for a free one. Nothing where there is no finite maximum: no failure, a covariate of which the
+/// failures tell nothing, fewer failures than parameters.
+///
+/// The search starts from the least squares line through the times as they stand and goes on in the
+/// coefficients of orthogonal covariates of size 1, in units of the spread: the estimate does not depend on
+/// the units of lives and covariates, nor on how far these lie from 0.
+///
+/// Failures: 9 without covariates, for fewer rows than starts and fewer ends than starts; 5 for a frequency
+/// below 0, for a row or a covariate without any value, for collinear covariates and for a time that has no
+/// logarithm.
+std::optional<LifeRegressionFit> fitLifeRegression(const DoubleArray& SA, const DoubleArray& EA,
+                                                   const DoubleArray& FA, const std::string& dist,
+                                                   const DoubleArray& hold);
+
+}  // namespace zelkova
