@@ -11,7 +11,7 @@
 namespace zelkova {
 namespace {
 
-class Matrix : public WithHost {
+class MatrixPlot : public WithHost {
  protected:
   void run(const DoubleArray& data, const StringArray& names, const StringArray& dx,
            const std::string& type) {
@@ -42,7 +42,7 @@ const StringArray gear = {"1", "1", "1", "0", "0", "0", "0", "0", "0", "0", "0",
 // Faults: x and y exchanged, a panel in another's place, a panel on a scale of its own, a group's points or
 // line in another's column. Expected: R's lm and summary()$r.squared by am; positions by hand: wt runs from
 // 1.5 to 5.5 and stands in the second column of panels, mpg from 10 to 35 in the top row.
-TEST_F(Matrix, PairsColumns) {
+TEST_F(MatrixPlot, PairsColumns) {
   run(cars, {"mpg", "wt", "hp"}, gear, "Full");
   EXPECT_EQ(groupLabel, (StringArray{"0", "1"}));
   ASSERT_EQ(plotY.rows(), 6 * 33);
@@ -75,7 +75,7 @@ TEST_F(Matrix, PairsColumns) {
 // Faults: a line drawn into the neighbouring panel; a line or an R squared of a column without spread; scale
 // values below a column that has no panel, or too many of them. Expected by hand: y = 10/3 + 5 (x - 1) meets
 // 0 at x = 1/3, ends at 25/3 and has an R squared of 10^2/(2 x 200/3); x runs from 0 to 2, y from 0 to 10.
-TEST_F(Matrix, EndsLinesAtTheBorder) {
+TEST_F(MatrixPlot, EndsLinesAtTheBorder) {
   run(DoubleArray::table({{0, 0, 4}, {1, 0, 4}, {2, 10, 4}}), {}, {}, "Lower left");
   constexpr double no = NoValue;
   const std::vector<double> ends{1 + 8.0 / 6, 9, no, 1, 9, no, 11, 19, no};
@@ -94,7 +94,7 @@ TEST_F(Matrix, EndsLinesAtTheBorder) {
 
 // Faults: one column paired with nothing; a vector read as a table; names read past the end; panels made
 // before their number is looked at.
-TEST_F(Matrix, Refuses) {
+TEST_F(MatrixPlot, Refuses) {
   EXPECT_EQ(failureNumber([&] { run({1, 2, 3}, {}, {}, "Full"); }), 5);
   EXPECT_EQ(failureNumber([&] { run(DoubleArray(3, 1, 1.0), {}, {}, "Full"); }), 5);
   EXPECT_EQ(failureNumber([&] { run({}, {}, {}, "Full"); }), 9);
