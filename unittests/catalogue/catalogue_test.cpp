@@ -114,7 +114,8 @@ TEST(Description, CallsThroughValues) {
     return failureText([&] { method.call(instance.get(), some); });
   };
   EXPECT_EQ(fails({}, DoubleArray{1}), "Subscript out of range: nothing was given for doubles");
-  EXPECT_EQ(fails({}, {}), "Subscript out of range: nothing was given for doubles, terms");
+  EXPECT_EQ(fails({}, {}),
+            "Subscript out of range: nothing was given for doubles, terms; at least one of them is needed");
   EXPECT_EQ(fails(DoubleArray{10}, DoubleArray{1}), "Subscript out of range");
 
   // An output that a failed method never reached is as it came, and one that it had assigned by then is kept.

@@ -110,7 +110,9 @@ Value Method::call(void* instance, std::span<Value> values) const {
     // A subscript out of range that says no more is most often an array that the caller forgot.
     const bool saysMore = failure.text() != Failure(FailureNumber::OutOfRange).text();
     if (leftOut.empty() || saysMore) throw;
-    raise(FailureNumber::OutOfRange, "nothing was given for " + leftOut);
+    const bool several = leftOut.find(',') != std::string::npos;
+    raise(FailureNumber::OutOfRange,
+          "nothing was given for " + leftOut + (several ? "; at least one of them is needed" : ""));
   } catch (const std::bad_alloc&) {
     raise(FailureNumber::OutOfMemory);
   } catch (const std::length_error&) {
