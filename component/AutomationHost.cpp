@@ -4,16 +4,14 @@
 #include <map>
 #include <utility>
 
+#include "component/AutomationSheet.h"
 #include "component/arguments.h"
-#include "component/invoke.h"
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/RunningObjects.h"
 
 namespace zelkova {
 
 namespace {
-
-using Microsoft::WRL::ComPtr;
 
 /// A plain pointer, because the library may be unloaded before the thread ends.
 thread_local UnshownMessages* collector = nullptr;
@@ -26,27 +24,6 @@ bool desktopIsInteractive() {
          (flags.dwFlags & WSF_VISIBLE) != 0;
 }
 
-/// The member of that name; failure 1004 where the object has none.
-Member need(IDispatch* object, const wchar_t* name) {
-  Member member(object, name);
-  if (!member.exists()) raise(FailureNumber::HostRefused, "the host has no " + utf8(std::wstring_view(name)));
-  return member;
-}
-
-/// An object that a property of the host answers.
-ComPtr<IDispatch> objectOf(const OwnedVariant& value, const char* what) {
-  if (value.vt != VT_DISPATCH || value.pdispVal == nullptr) {
-    raise(FailureNumber::HostRefused, std::string("the host has no ") + what);
-  }
-  return value.pdispVal;
-}
-
-Variant plainValue(const OwnedVariant& value) {
-  if (value.vt == VT_ERROR) return NoValue;
-  const Argument cell = describedAs("the cell", ValueType::Mixed);
-  return std::get<Variant>(valueOf(cell, value, LOCALE_USER_DEFAULT));
-}
-
 OwnedVariant asVariant(double number) { return OwnedVariant(number); }
 OwnedVariant asVariant(bool flag) { return OwnedVariant::flag(flag); }
 OwnedVariant asVariant(const DoubleArray& array) {
@@ -56,32 +33,10 @@ OwnedVariant asVariant(const DoubleArray& array) {
 
 }  // namespace
 
-Variant AutomationRange::value() const {
-  const Member value = need(object_.Get(), L"Value");
-  OwnedVariant held = value.get();
-  if ((held.vt & VT_ARRAY) == 0) return plainValue(held);
-  // Several cells come as an array; the upper left one is asked for.
-  std::array<OwnedVariant, 2> corner = {OwnedVariant(1.0), OwnedVariant(1.0)};
-  const OwnedVariant cell = need(object_.Get(), L"Item").get(corner);
-  return AutomationRange(objectOf(cell, "cell there").Get()).value();
-}
-
-void AutomationRange::setValue(const Variant& value) {
-  need(object_.Get(), L"Value").put(resultVariant(Value(value)));
-}
-
-std::string AutomationSheet::name() const { return plainValue(need(object_.Get(), L"Name").get()).toText(); }
-
-std::unique_ptr<Range> AutomationSheet::range(std::string_view address) {
-  std::array<OwnedVariant, 1> arguments = {OwnedVariant::text(address)};
-  const OwnedVariant range = need(object_.Get(), L"Range").get(arguments);
-  return std::make_unique<AutomationRange>(objectOf(range, "such range").Get());
-}
-
 /// The host's functions; each looks up its dispatch id once.
 class AutomationHost::Functions final : public WorksheetFunction {
  public:
-  explicit Functions(ComPtr<IDispatch> object) : object_(std::move(object)) {}
+  explicit Functions(HostObject object) : object_(std::move(object)) {}
 
   double NormSDist(double z) override { return number(L"NormSDist", z); }
   double NormSInv(double p) override { return number(L"NormSInv", p); }
@@ -154,9 +109,9 @@ class AutomationHost::Functions final : public WorksheetFunction {
   template <class... Arguments>
   OwnedVariant call(const wchar_t* name, const Arguments&... arguments) {
     const auto [entry, isNew] = ids_.try_emplace(name, DISPID_UNKNOWN);
-    if (isNew || entry->second == DISPID_UNKNOWN) entry->second = need(object_.Get(), name).id();
+    if (isNew || entry->second == DISPID_UNKNOWN) entry->second = object_.member(name).id();
     std::array<OwnedVariant, sizeof...(Arguments)> variants = {asVariant(arguments)...};
-    return Member(object_.Get(), entry->second).get(variants);
+    return Member(object_.pointer(), entry->second).get(variants);
   }
 
   template <class... Arguments>
@@ -175,7 +130,7 @@ class AutomationHost::Functions final : public WorksheetFunction {
   static DoubleArray table(const wchar_t* name, const OwnedVariant& answer) {
     const Argument cells = describedAs("the result of " + utf8(std::wstring_view(name)),
                                        ValueType::MixedValues, Shape::VectorOrTable);
-    if ((answer.vt & VT_ARRAY) == 0) return DoubleArray::table({{plainValue(answer).toNumber()}});
+    if ((answer.vt & VT_ARRAY) == 0) return DoubleArray::table({{cellValue(answer).toNumber()}});
     replaceErrors(answer);
     const auto held = std::get<VariantArray>(valueOf(cells, answer, LOCALE_USER_DEFAULT));
     const bool isRow = held.dimensions() == 1;
@@ -199,7 +154,7 @@ class AutomationHost::Functions final : public WorksheetFunction {
     SafeArrayUnaccessData(answer.parray);
   }
 
-  ComPtr<IDispatch> object_;
+  HostObject object_;
   std::map<std::wstring_view, DISPID> ids_;
 };
 
@@ -209,15 +164,13 @@ AutomationHost::~AutomationHost() = default;
 
 WorksheetFunction& AutomationHost::worksheetFunction() {
   if (functions_ == nullptr) {
-    const OwnedVariant object = need(application_.Get(), L"WorksheetFunction").get();
-    functions_ = std::make_unique<Functions>(objectOf(object, "worksheet functions"));
+    functions_ = std::make_unique<Functions>(application_.object(L"WorksheetFunction"));
   }
   return *functions_;
 }
 
 std::shared_ptr<Sheet> AutomationHost::activeSheet() {
-  const OwnedVariant sheet = need(application_.Get(), L"ActiveSheet").get();
-  return std::make_shared<AutomationSheet>(objectOf(sheet, "active sheet").Get());
+  return std::make_shared<AutomationSheet>(application_.object(L"ActiveSheet"));
 }
 
 void AutomationHost::messageBox(const std::string& text) {

@@ -1,42 +1,15 @@
 #pragma once
 
-#include <wrl/client.h>
-
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "component/automation.h"
+#include "component/invoke.h"
 #include "zelkova/frame/Host.h"
 
 /// The running spreadsheet application, reached through automation: every object by name, whatever its type
 /// library.
 namespace zelkova {
-
-class AutomationRange final : public Range {
- public:
-  explicit AutomationRange(IDispatch* object) : object_(object) {}
-
-  Variant value() const override;
-  void setValue(const Variant& value) override;
-
- private:
-  Microsoft::WRL::ComPtr<IDispatch> object_;
-};
-
-class AutomationSheet final : public Sheet {
- public:
-  explicit AutomationSheet(IDispatch* object) : object_(object) {}
-
-  std::string name() const override;
-  std::unique_ptr<Range> range(std::string_view address) override;
-
-  IDispatch* object() const { return object_.Get(); }
-
- private:
-  Microsoft::WRL::ComPtr<IDispatch> object_;
-};
 
 /// A host's running application. Message boxes are real ones where the process has an interactive desktop;
 /// elsewhere their texts go to the call's `UnshownMessages`.
@@ -52,7 +25,7 @@ class AutomationHost final : public Host {
  private:
   class Functions;
 
-  Microsoft::WRL::ComPtr<IDispatch> application_;
+  HostObject application_;
   std::unique_ptr<Functions> functions_;
 };
 

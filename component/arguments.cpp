@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "component/AutomationHost.h"
+#include "component/AutomationSheet.h"
 #include "component/invoke.h"
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/frame/numberText.h"
@@ -266,7 +266,7 @@ class Reader {
                         : held.vt == (VT_BYREF | VT_DISPATCH) ? *held.ppdispVal
                                                               : nullptr;
     if (object == nullptr) mismatch("is no worksheet");
-    return std::make_shared<AutomationSheet>(object);
+    return std::make_shared<AutomationSheet>(HostObject(object));
   }
 
   template <class T>

@@ -18,6 +18,13 @@ OwnedVariant OwnedVariant::integer(std::int16_t value) noexcept {
   return result;
 }
 
+OwnedVariant OwnedVariant::longInteger(std::int32_t value) noexcept {
+  OwnedVariant result;
+  result.vt = VT_I4;
+  result.lVal = value;
+  return result;
+}
+
 OwnedVariant OwnedVariant::text(std::string_view utf8) {
   OwnedVariant result;
   result.bstrVal = newText(utf8);

@@ -28,6 +28,7 @@ class OwnedVariant : public VARIANT {
   }
   static OwnedVariant flag(bool value) noexcept;
   static OwnedVariant integer(std::int16_t value) noexcept;
+  static OwnedVariant longInteger(std::int32_t value) noexcept;
   static OwnedVariant text(std::string_view utf8);
   static OwnedVariant object(IDispatch* held) noexcept;  ///< counts its own reference
   static OwnedVariant missing() noexcept;                ///< an argument left out

@@ -50,4 +50,17 @@ OwnedVariant Member::invoke(WORD flags, std::span<OwnedVariant> arguments) const
   throw Failure(static_cast<int>(FailureNumber::HostRefused), text);
 }
 
+Member HostObject::member(const wchar_t* name) const {
+  const Member found(object_.Get(), name);
+  if (!found.exists()) raise(FailureNumber::HostRefused, "the host has no " + utf8(std::wstring_view(name)));
+  return found;
+}
+
+HostObject HostObject::objectIn(const OwnedVariant& answer, const wchar_t* name) {
+  if (answer.vt != VT_DISPATCH || answer.pdispVal == nullptr) {
+    raise(FailureNumber::HostRefused, "the host has no such " + utf8(std::wstring_view(name)));
+  }
+  return HostObject(answer.pdispVal);
+}
+
 }  // namespace zelkova

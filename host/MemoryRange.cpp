@@ -232,6 +232,12 @@ std::unique_ptr<Range> MemorySheet::cells(const CellArea& area) {
   return std::make_unique<MemoryRange>(shared_from_this(), area);
 }
 
+std::unique_ptr<Comment> MemorySheet::comment(Index row, Index column) {
+  const std::shared_ptr<CommentBox> box = commentAt(row, column);
+  if (box == nullptr) return nullptr;
+  return std::make_unique<MemoryComment>(box);
+}
+
 std::unique_ptr<Range> MemorySheet::range(std::string_view address) { return cells(cellArea(address)); }
 std::unique_ptr<Range> MemorySheet::rows(std::string_view address) { return cells(rowArea(address)); }
 std::unique_ptr<Range> MemorySheet::columns(std::string_view address) { return cells(columnArea(address)); }

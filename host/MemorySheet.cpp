@@ -337,6 +337,15 @@ void MemorySheet::deleteCells(const Deletion& deletion) {
   if (height == rowsOfSheet) closeUp(columnWidths_, area.firstColumn, area.lastColumn);
 }
 
+void MemorySheet::clear(const CellArea& area) {
+  const auto isInside = [&](const auto& entry) { return area.contains(single(entry.first)); };
+  std::erase_if(values_, isInside);
+  std::erase_if(comments_, isInside);
+  eraseRules(area);
+  separate(area);
+  reformat(area, [](CellFormat& format) { format = CellFormat(); });
+}
+
 void MemorySheet::clear() { *this = MemorySheet(name_); }
 
 }  // namespace zelkova

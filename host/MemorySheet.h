@@ -22,6 +22,8 @@ struct ValidationRule {
   std::string inputTitle, inputMessage, errorTitle, errorMessage;
   bool showInput = true;
   bool showError = true;
+
+  friend bool operator==(const ValidationRule&, const ValidationRule&) = default;
 };
 
 /// A comment with its box, in points.
@@ -30,6 +32,8 @@ struct CommentBox {
   FontFormat font{"Tahoma", 8, false, automaticColor};
   double width = 96;
   double height = 55.5;
+
+  friend bool operator==(const CommentBox&, const CommentBox&) = default;
 };
 
 /// A sheet that lives in memory: what the cells hold, how they look, and what they accept.
@@ -77,6 +81,9 @@ class MemorySheet final : public Sheet, public std::enable_shared_from_this<Memo
   std::shared_ptr<CommentBox> addComment(Index row, Index column, const std::string& text);
   std::shared_ptr<CommentBox> commentAt(Index row, Index column) const;
 
+  /// The comment of a cell, to be changed, or nothing.
+  std::unique_ptr<Comment> comment(Index row, Index column);
+
   void setColumnWidth(const CellArea& area, double characters);
   void setRowHeight(const CellArea& area, double points);
   double columnWidth(Index column) const;
@@ -85,6 +92,9 @@ class MemorySheet final : public Sheet, public std::enable_shared_from_this<Memo
   /// Values, formats, rules, comments and merged areas move up, references follow; sizes move with whole rows
   /// and columns. Failure 1004 where a merged area would be torn.
   void deleteCells(const Deletion& deletion);
+
+  /// Empties the cells and takes formats, rules and comments off; merged areas that they meet come apart.
+  void clear(const CellArea& area);
 
   /// Back to untouched cells, sizes included.
   void clear();

@@ -40,7 +40,10 @@ STDMETHODIMP Object::Invoke(DISPID member, REFIID reserved, LCID, WORD flags, DI
       entry.put(arguments.front());
       return S_OK;
     }
-    if (arguments.size() != entry.count) return DISP_E_BADPARAMCOUNT;
+    while (!arguments.empty() && isMissing(arguments.back())) arguments.pop_back();
+    if (arguments.size() < entry.count.least || arguments.size() > entry.count.most) {
+      return DISP_E_BADPARAMCOUNT;
+    }
     OwnedVariant answer = entry.get(arguments);
     if (result != nullptr) *result = answer.release();
     return S_OK;
@@ -49,7 +52,7 @@ STDMETHODIMP Object::Invoke(DISPID member, REFIID reserved, LCID, WORD flags, DI
   }
 }
 
-void Object::add(std::string name, std::size_t count, Get get, Put put) {
+void Object::add(std::string name, Count count, Get get, Put put) {
   members_.push_back({std::move(name), count, std::move(get), std::move(put)});
 }
 

@@ -27,13 +27,20 @@ class Object : public UntypedObject {
   /// `source` names the object in failures.
   explicit Object(std::string source) : source_(std::move(source)) {}
 
-  /// Adds a property or a function of `count` arguments; the first that is added is the default one.
-  void add(std::string name, std::size_t count, Get get, Put put = {});
+  /// How many arguments a member takes.
+  struct Count {
+    std::size_t least, most;
+    Count(std::size_t exactly) : least(exactly), most(exactly) {}  // NOLINT(google-explicit-constructor)
+    Count(std::size_t atLeast, std::size_t atMost) : least(atLeast), most(atMost) {}
+  };
+
+  /// Adds a property or a function; the first that is added is the default one.
+  void add(std::string name, Count count, Get get, Put put = {});
 
  private:
   struct Entry {
     std::string name;
-    std::size_t count;
+    Count count;
     Get get;
     Put put;
   };

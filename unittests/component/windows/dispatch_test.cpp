@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "component/AutomationHost.h"
+#include "component/AutomationSheet.h"
 #include "component/Dispatch.h"
 #include "unittests/component/windows/MemoryEnds.h"
 #include "unittests/component/windows/client.h"
@@ -144,7 +145,7 @@ ComPtr<IDispatch> rangeOf(double areas) {
 }
 
 std::shared_ptr<Sheet> RangeProbe::Areas() const {
-  return std::make_shared<AutomationSheet>(rangeOf(areas_).Get());
+  return std::make_shared<AutomationSheet>(HostObject(rangeOf(areas_).Get()));
 }
 
 // An array of many cells must be read whole, and a range of several areas must not lose all but the first.

@@ -1,6 +1,7 @@
 #include <cmath>
 
 #include "component/AutomationHost.h"
+#include "component/AutomationSheet.h"
 #include "component/Dispatch.h"
 #include "component/identities.h"
 #include "host/EmbeddedWorksheetFunction.h"
