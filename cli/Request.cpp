@@ -310,9 +310,8 @@ Request Request::fromJson(const json& request) {
   if (request.contains("args") && !request["args"].is_null()) result.setArguments(request["args"]);
   if (request.contains("workbook")) {
     const json& path = request["workbook"];
-    if (!path.is_string() || path.get_ref<const std::string&>().empty()) {
+    if (!path.is_string())
       throw RequestError("the member \"workbook\" must name a file, as in \"form.xlsx\"");
-    }
     result.setWorkbook(path.get<std::string>());
   }
   return result;
@@ -338,6 +337,18 @@ void Request::setArguments(const json& arguments) {
   if (value != arguments.end()) {
     throw RequestError(name() + " takes no more arguments than " + inputNames(*method_));
   }
+}
+
+void Request::setWorkbook(std::string path) {
+  const auto isSheet = [](const Argument& argument) { return argument.type == ValueType::Sheet; };
+  const bool draws = class_->find("PassSheet") != nullptr ||
+                     std::any_of(method_->arguments.begin(), method_->arguments.end(), isSheet);
+  if (!draws) throw RequestError(name() + " draws on no worksheet, so there is no workbook to save");
+  if (workbook_) throw RequestError("the workbook is named twice");
+  if (!upperCase(path).ends_with(".XLSX")) {
+    throw RequestError("the workbook " + inQuotes(path) + " must name a file that ends in .xlsx");
+  }
+  workbook_ = std::move(path);
 }
 
 void Request::give(const Argument& argument, const json& value) {

@@ -36,8 +36,9 @@ class Request {
 
   void set(const Argument& argument, Value value);
 
-  /// Names the file that the worksheet is saved in which the method draws on.
-  void setWorkbook(std::string path) { workbook_ = std::move(path); }
+  /// Names the file that the worksheet is saved in which the method draws on. RequestError where it draws on
+  /// none, where one was named before, and for a name that does not end in ".xlsx".
+  void setWorkbook(std::string path);
   const std::optional<std::string>& workbook() const { return workbook_; }
 
   /// RequestError that names the arguments that are needed and were not given. Worksheets come with the

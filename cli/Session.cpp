@@ -23,6 +23,11 @@ Session::~Session() {
 
 Answer Session::run(Request& request) {
   messages_.clear();
+  if (request.workbook() && request.workbook() != workbookPath_) {
+    workbook_ = Workbook();
+    workbookPath_ = request.workbook();
+  }
+  const Workbook before = request.workbook() ? workbook_.copy() : Workbook();
   Answer answer;
   try {
     const std::shared_ptr<void> instance = request.target().create();
@@ -30,6 +35,8 @@ Answer Session::run(Request& request) {
     answer.result = request.method().call(instance.get(), request.values());
   } catch (const Failure& failure) {
     answer.failure = failure;
+    // What was begun is not to be saved with the next drawing.
+    if (request.workbook()) workbook_ = before;
   }
   answer.messages = std::move(messages_);
   return answer;
@@ -48,10 +55,6 @@ Answer Session::runAndSave(Request& request) {
 
 /// Gives the sheet of the request's workbook to a class that keeps one, and to arguments that are worksheets.
 void Session::handOver(Request& request, void* instance) {
-  if (request.workbook() != workbookPath_) {
-    workbook_ = Workbook();
-    workbookPath_ = request.workbook();
-  }
   const std::shared_ptr<Sheet> sheet = workbook_.firstSheet();
   for (const Argument& argument : request.method().arguments) {
     if (argument.type == ValueType::Sheet) request.set(argument, sheet);

@@ -28,8 +28,8 @@ class Session {
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
-  /// A request that names a workbook draws on its sheet: a new one, or the one that the request before drew
-  /// on, where that named the same workbook.
+  /// A request that names a workbook draws on its sheet: a new one, or the one that was drawn on last, where
+  /// that was of the same workbook. A failure leaves the sheet as it was.
   Answer run(Request& request);
 
   /// Runs the request and, where that went well, saves the workbook that it names.

@@ -40,7 +40,7 @@ struct Options {
   bool header = false;
   bool noHeader = false;
   std::optional<std::string> seed;
-  std::string workbook;
+  std::optional<std::string> workbook;
 };
 
 /// Where the random draws start, if that was given.
@@ -116,7 +116,7 @@ Request readCall(const Options& options, std::istream& in) {
       request.set(argument, valueFromText(argument, std::string(text)));
     }
   }
-  if (!options.workbook.empty()) request.setWorkbook(options.workbook);
+  if (options.workbook) request.setWorkbook(*options.workbook);
   request.checkComplete();
   return request;
 }
@@ -131,6 +131,9 @@ int call(const Options& options, std::istream& in, std::ostream& out, std::ostre
   } else if (answer.failure) {
     for (const std::string& message : answer.messages) err << "Message: " << message << "\n";
     err << "Failure " << answer.failure->number() << ": " << answer.failure->text() << "\n";
+    if (answer.failure->number() == static_cast<int>(FailureNumber::NoObject)) {
+      err << "Name the file to draw into: --out FILE.xlsx\n";
+    }
   } else {
     out << showAnswer(request, answer, options.full ? allDigits : options.digits);
     if (request.workbook()) out << "Saved " << *request.workbook() << "\n";

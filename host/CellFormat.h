@@ -3,9 +3,9 @@
 #include <array>
 #include <compare>
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <string>
-#include <vector>
 
 #include "zelkova/frame/Host.h"
 
@@ -57,23 +57,18 @@ class FormatTable {
   using Id = std::uint32_t;
 
   FormatTable() { id(CellFormat()); }
-  FormatTable(const FormatTable&) = delete;
-  FormatTable(FormatTable&&) = default;
-  FormatTable& operator=(const FormatTable&) = delete;
-  FormatTable& operator=(FormatTable&&) = default;
-  ~FormatTable() = default;
 
   Id id(const CellFormat& format) {
     const auto [entry, isNew] = ids_.try_emplace(format, static_cast<Id>(formats_.size()));
-    if (isNew) formats_.push_back(&entry->first);
+    if (isNew) formats_.push_back(format);
     return entry->second;
   }
-  const CellFormat& operator[](Id id) const { return *formats_[id]; }
+  const CellFormat& operator[](Id id) const { return formats_[id]; }
   std::size_t size() const { return formats_.size(); }
 
  private:
   std::map<CellFormat, Id> ids_;
-  std::vector<const CellFormat*> formats_;  ///< a map's keys stay where they are
+  std::deque<CellFormat> formats_;  ///< what stands in it stays where it is
 };
 
 }  // namespace zelkova

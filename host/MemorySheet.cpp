@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
+
+#include "zelkova/frame/numberText.h"
 
 namespace zelkova {
 
@@ -12,6 +15,7 @@ constexpr double standardColumnWidth = 8.43;
 constexpr double standardRowHeight = 15;
 constexpr double largestColumnWidth = 255;
 constexpr double largestRowHeight = 409;
+constexpr std::size_t longestList = 255;
 
 template <class Change>
 void forEachCell(const CellArea& area, Change change) {
@@ -65,6 +69,58 @@ void closeUp(std::map<Index, double>& sizes, Index first, Index last) {
   sizes = std::move(rest);
 }
 
+/// Whether a formula has closed what it opens and does not end in the middle.
+bool isWhole(std::string_view formula) {
+  int open = 0;
+  bool isQuoted = false;
+  for (const char c : formula) {
+    if (c == '"') isQuoted = !isQuoted;
+    if (isQuoted) continue;
+    if (c == '(') ++open;
+    if (c == ')' && --open < 0) return false;
+  }
+  return open == 0 && !isQuoted &&
+         std::string_view("=+-*/^&<>,(:").find(formula.back()) == std::string_view::npos;
+}
+
+/// Whether the bytes are UTF-8 without control characters other than tabs and line ends.
+bool isText(std::string_view text) {
+  for (std::size_t i = 0; i < text.size();) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    const std::size_t length = byte < 0x80   ? 1
+                               : byte < 0xC2 ? 0
+                               : byte < 0xE0 ? 2
+                               : byte < 0xF0 ? 3
+                               : byte < 0xF5 ? 4
+                                             : 0;
+    if (length == 0 || i + length > text.size()) return false;
+    if (byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r') return false;
+    for (std::size_t k = 1; k < length; ++k) {
+      if ((static_cast<unsigned char>(text[i + k]) & 0xC0) != 0x80) return false;
+    }
+    i += length;
+  }
+  return true;
+}
+
+const std::string& checkedText(const std::string& text) {
+  if (!isText(text)) refuseAsHost("a text holds what is no character");
+  return text;
+}
+
+/// What a cell of that number format holds when it is given `value`.
+Variant taken(const Variant& value, const std::string& numberFormat) {
+  if (!value.isText()) return value;
+  const std::string text = checkedText(value.toText());
+  if (numberFormat == "@") return text;
+  if (text.size() > 1 && text.starts_with('=')) {
+    if (!isWhole(text)) refuseAsHost("\"" + text + "\" is no formula");
+    return text;
+  }
+  if (const std::optional<double> number = numberOf(text)) return *number;
+  return text;
+}
+
 template <class T>
 void moveEntries(std::map<MemorySheet::Place, T>& entries, const Deletion& deletion) {
   std::map<MemorySheet::Place, T> rest;
@@ -87,7 +143,7 @@ void MemorySheet::setCell(Index row, Index column, const Variant& value) {
   if (value.isNothing()) {
     values_.erase({row, column});
   } else {
-    values_.insert_or_assign({row, column}, value);
+    values_.insert_or_assign({row, column}, taken(value, format(row, column).numberFormat));
   }
 }
 
@@ -229,11 +285,12 @@ void MemorySheet::eraseRules(const CellArea& area) {
 
 MemorySheet::Rule MemorySheet::addRule(const CellArea& area, const std::string& list) {
   if (list.empty()) refuseAsHost("a list needs at least one value");
+  if (list.size() > longestList) refuseAsHost("a list has at most 255 characters");
   const bool stands =
       std::any_of(rules_.begin(), rules_.end(), [&](const auto& entry) { return entry.first.meets(area); });
   if (stands) refuseAsHost("the cells have a validation rule already");
   const auto rule = std::make_shared<ValidationRule>();
-  rule->list = list;
+  rule->list = checkedText(list);
   rules_.emplace_back(area, rule);
   return rule;
 }
@@ -247,6 +304,7 @@ MemorySheet::Rule MemorySheet::ruleAt(Index row, Index column) const {
 }
 
 std::shared_ptr<CommentBox> MemorySheet::addComment(Index row, Index column, const std::string& text) {
+  checkedText(text);
   const auto [entry, isNew] = comments_.try_emplace({row, column});
   if (!isNew) refuseAsHost("the cell has a comment already");
   entry->second = std::make_shared<CommentBox>();
@@ -344,6 +402,13 @@ void MemorySheet::clear(const CellArea& area) {
   eraseRules(area);
   separate(area);
   reformat(area, [](CellFormat& format) { format = CellFormat(); });
+}
+
+std::shared_ptr<MemorySheet> MemorySheet::copy() const {
+  auto result = std::make_shared<MemorySheet>(*this);
+  for (auto& [place, box] : result->comments_) box = std::make_shared<CommentBox>(*box);
+  for (auto& [area, rule] : result->rules_) rule = std::make_shared<ValidationRule>(*rule);
+  return result;
 }
 
 void MemorySheet::clear() { *this = MemorySheet(name_); }

@@ -51,6 +51,11 @@ class MemorySheet final : public Sheet, public std::enable_shared_from_this<Memo
   std::unique_ptr<Range> cells(const CellArea& area);
 
   Variant cell(Index row, Index column) const;
+
+  /// As the host takes values: a text that is a number becomes that number, except in a cell of the text
+  /// format
+  /// "@". Failure 1004 for a formula that cannot be one: nothing in it, a text or parenthesis that is not
+  /// closed, an operator without what follows; and for a text that is not UTF-8.
   void setCell(Index row, Index column, const Variant& value);
 
   const CellFormat& format(Index row, Index column) const { return formats_[formatId(row, column)]; }
@@ -72,6 +77,8 @@ class MemorySheet final : public Sheet, public std::enable_shared_from_this<Memo
 
   /// Takes the rules off the cells of the area; those of the cells around it stay.
   void eraseRules(const CellArea& area);
+
+  /// Failure 1004 where a rule stands, and for a list that is empty or longer than 255 bytes.
   Rule addRule(const CellArea& area, const std::string& list);
 
   /// The rule of a cell, or nothing.
@@ -89,8 +96,8 @@ class MemorySheet final : public Sheet, public std::enable_shared_from_this<Memo
   double columnWidth(Index column) const;
   double rowHeight(Index row) const;
 
-  /// Values, formats, rules, comments and merged areas move up, references follow; sizes move with whole rows
-  /// and columns. Failure 1004 where a merged area would be torn.
+  /// Values, formats, rules, comments and merged areas close up, references follow; sizes move with whole
+  /// rows and columns. Failure 1004 where a merged area would be torn.
   void deleteCells(const Deletion& deletion);
 
   /// Empties the cells and takes formats, rules and comments off; merged areas that they meet come apart.
@@ -98,6 +105,9 @@ class MemorySheet final : public Sheet, public std::enable_shared_from_this<Memo
 
   /// Back to untouched cells, sizes included.
   void clear();
+
+  /// A sheet of its own that holds the same.
+  std::shared_ptr<MemorySheet> copy() const;
 
   // Everything, for what writes the sheet down.
   const std::map<Place, Variant>& values() const { return values_; }

@@ -23,4 +23,10 @@ std::shared_ptr<MemorySheet> Workbook::sheet(std::string_view name) const {
   raise(FailureNumber::OutOfRange, "the workbook has no sheet \"" + std::string(name) + "\"");
 }
 
+Workbook Workbook::copy() const {
+  Workbook result = *this;
+  for (auto& sheet : result.sheets_) sheet = sheet->copy();
+  return result;
+}
+
 }  // namespace zelkova

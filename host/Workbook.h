@@ -21,6 +21,9 @@ class Workbook {
   std::shared_ptr<MemorySheet> sheet(std::string_view name) const;
 
   std::shared_ptr<MemorySheet> firstSheet() const { return sheets_.front(); }
+  /// A workbook of its own that holds the same.
+  Workbook copy() const;
+
   const std::vector<std::shared_ptr<MemorySheet>>& sheets() const { return sheets_; }
 
  private:

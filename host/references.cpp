@@ -177,14 +177,15 @@ std::string Deletion::follow(const std::string& formula) const {
       continue;
     }
     at += word.size();
-    const std::optional<CellReference> first = cellReference(word);
+    const std::string reference = upperCase(word);
+    const std::optional<CellReference> first = cellReference(reference);
     if (!first || (at < formula.size() && formula[at] == '(')) {
       result += word;
       continue;
     }
     std::optional<CellReference> last;
     if (at < formula.size() && formula[at] == ':') {
-      const std::string second = takeWord(at + 1);
+      const std::string second = upperCase(takeWord(at + 1));
       last = cellReference(second);
       if (last) at += 1 + second.size();
     }

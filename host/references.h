@@ -53,7 +53,8 @@ struct Deletion {
   /// in part, crosswise, stays.
   std::optional<CellArea> moved(const CellArea& cells) const;
 
-  /// A formula whose references follow; one to deleted cells becomes "#REF!".
+  /// A formula whose references to cells and rectangles of cells follow; one to deleted cells becomes
+  /// "#REF!".
   std::string follow(const std::string& formula) const;
 };
 

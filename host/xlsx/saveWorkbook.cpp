@@ -1,9 +1,12 @@
 #include "host/xlsx/saveWorkbook.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
 #include <xlsxwriter.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <optional>
@@ -28,7 +31,7 @@ static_assert(std::size(palette) == 56);
 // A4 between the margins, in points. A sheet is printed on as many pages side by side as keep its texts
 // legible.
 constexpr double portraitWidth = 494, landscapeWidth = 741;
-constexpr double smallestScale = 0.35;
+constexpr double smallestScale = 0.45;
 constexpr std::uint8_t paperA4 = 9;
 
 constexpr double pixelsPerPoint = 4.0 / 3;
@@ -75,7 +78,8 @@ std::uint8_t lineOf(const LineFormat& line) {
 }
 
 bool isPlace(int color) { return color >= 1 && color <= static_cast<int>(std::size(palette)); }
-lxw_color_t rgb(int color) { return palette[color - 1]; }
+/// The library takes 0 for no colour at all.
+lxw_color_t rgb(int color) { return palette[color - 1] == 0 ? lxw_color_t{LXW_COLOR_BLACK} : palette[color - 1]; }
 
 std::uint8_t alignmentOf(HorizontalAlignment alignment) {
   switch (alignment) {
@@ -140,6 +144,29 @@ lxw_format* addFormat(lxw_workbook* workbook, const CellFormat& format) {
   return target;
 }
 
+/// The entries of a list, as the file wants them: quotes doubled.
+std::vector<std::string> entriesOf(const std::string& list) {
+  std::vector<std::string> entries(1);
+  for (const char c : list) {
+    if (c == ',') {
+      entries.emplace_back();
+    } else {
+      entries.back() += c == '"' ? "\"\"" : std::string(1, c);
+    }
+  }
+  return entries;
+}
+
+/// The box of a comment on the sheet, in pixels.
+struct Box {
+  double left, top, width, height;
+
+  bool meets(const Box& other) const {
+    return left < other.left + other.width && other.left < left + width && top < other.top + other.height &&
+           other.top < top + height;
+  }
+};
+
 /// Writes one sheet down.
 class SheetWriter {
  public:
@@ -201,27 +228,28 @@ class SheetWriter {
     if (value.isNumber()) return check(worksheet_write_number(target_, r, c, value.toNumber(), format));
     if (value.isFlag()) return check(worksheet_write_boolean(target_, r, c, value.toFlag() ? 1 : 0, format));
     const std::string text = value.toText();
-    const bool isFormula = text.starts_with('=') && sheet_.format(row, column).numberFormat != "@";
+    const bool isFormula =
+        text.size() > 1 && text.starts_with('=') && sheet_.format(row, column).numberFormat != "@";
     // Without a stored result, so that every spreadsheet program works it out when it opens the file.
     check(isFormula ? worksheet_write_formula_str(target_, r, c, text.c_str(), format, "")
                     : worksheet_write_string(target_, r, c, text.c_str(), format));
   }
 
   void writeRule(const CellArea& area, const ValidationRule& rule) {
-    std::vector<std::string> entries;
-    for (std::size_t at = 0; at <= rule.list.size();) {
-      const std::size_t end = std::min(rule.list.find(',', at), rule.list.size());
-      entries.push_back(rule.list.substr(at, end - at));
-      at = end + 1;
-    }
+    std::vector<std::string> entries = entriesOf(rule.list);
     std::vector<char*> list;
     for (std::string& entry : entries) list.push_back(entry.data());
     list.push_back(nullptr);
     // The library takes its texts as what could be changed, and copies them.
     const auto text = [](const std::string& s) { return s.empty() ? nullptr : const_cast<char*>(s.c_str()); };
     lxw_data_validation target{};
-    target.validate = LXW_VALIDATION_TYPE_LIST;
-    target.value_list = list.data();
+    if (rule.list.starts_with('=')) {
+      target.validate = LXW_VALIDATION_TYPE_LIST_FORMULA;
+      target.value_formula = text(rule.list);
+    } else {
+      target.validate = LXW_VALIDATION_TYPE_LIST;
+      target.value_list = list.data();
+    }
     const auto flag = [](bool on) {
       return static_cast<std::uint8_t>(on ? LXW_VALIDATION_ON : LXW_VALIDATION_OFF);
     };
@@ -238,15 +266,34 @@ class SheetWriter {
                                           row0(area.lastRow), column0(area.lastColumn), &target));
   }
 
+  /// Beside its cell at the right, and as far down as it takes to cover no other: all may be shown at once.
   void writeComment(const MemorySheet::Place& place, const CommentBox& comment) {
+    constexpr double gap = 12, step = 4;
+    const auto [row, column] = place;
+    const auto beside = static_cast<lxw_col_t>(std::min(column, columnsOfSheet - 1));
+    Box box{gap, gap / 2, comment.width * pixelsPerPoint, comment.height * pixelsPerPoint};
+    for (Index i = 1; i <= beside; ++i) box.left += columnPixels(i);
+    for (Index i = 1; i < row; ++i) box.top += sheet_.rowHeight(i) * pixelsPerPoint;
+    const double cellTop = box.top - gap / 2;
+    const auto isCovered = [&](const Box& other) { return other.meets(box); };
+    while (std::any_of(boxes_.begin(), boxes_.end(), isCovered)) box.top += step;
+    boxes_.push_back(box);
+
     lxw_comment_options options{};
     options.visible = LXW_COMMENT_DISPLAY_HIDDEN;
-    options.width = static_cast<std::uint16_t>(std::lround(comment.width * pixelsPerPoint));
-    options.height = static_cast<std::uint16_t>(std::lround(comment.height * pixelsPerPoint));
+    options.width = static_cast<std::uint16_t>(std::lround(box.width));
+    options.height = static_cast<std::uint16_t>(std::lround(box.height));
+    options.start_row = row0(row);
+    options.start_col = beside;
+    options.x_offset = static_cast<std::int32_t>(gap);
+    options.y_offset = static_cast<std::int32_t>(std::lround(box.top - cellTop));
     options.font_name = const_cast<char*>(comment.font.name.c_str());
     options.font_size = comment.font.size;
-    check(worksheet_write_comment_opt(target_, row0(place.first), column0(place.second), comment.text.c_str(),
-                                      &options));
+    check(worksheet_write_comment_opt(target_, row0(row), column0(column), comment.text.c_str(), &options));
+  }
+
+  double columnPixels(Index column) const {
+    return sheet_.columnWidth(column) * pixelsPerCharacter + paddingOfColumn;
   }
 
   /// The cells that show something.
@@ -262,7 +309,7 @@ class SheetWriter {
     std::vector<bool> shows(sheet_.formats().size());
     for (std::size_t i = 0; i < shows.size(); ++i) {
       const CellFormat& format = sheet_.formats()[static_cast<FormatTable::Id>(i)];
-      // Lines at the right and below: the others are their neighbours' too, which may be empty.
+      // A single line may be that of a neighbour.
       shows[i] = format.interior != noColor || (format.line(CellLine::Left).style != LineStyle::None &&
                                                 format.line(CellLine::Top).style != LineStyle::None);
     }
@@ -280,10 +327,10 @@ class SheetWriter {
   void setUpPage(const CellArea& used) {
     double width = 0, height = 0;
     for (Index column = used.firstColumn; column <= used.lastColumn; ++column) {
-      width += (sheet_.columnWidth(column) * pixelsPerCharacter + paddingOfColumn) / pixelsPerPoint;
+      width += columnPixels(column) / pixelsPerPoint;
     }
     for (Index row = used.firstRow; row <= used.lastRow; ++row) height += sheet_.rowHeight(row);
-    const bool isWide = width > height;
+    const bool isWide = width > height || width > portraitWidth;
     if (isWide) worksheet_set_landscape(target_);
     worksheet_set_paper(target_, paperA4);
     const double pages = std::ceil(width * smallestScale / (isWide ? landscapeWidth : portraitWidth));
@@ -295,6 +342,7 @@ class SheetWriter {
   const MemorySheet& sheet_;
   lxw_worksheet* target_;
   std::vector<lxw_format*> formats_;
+  std::vector<Box> boxes_;  ///< of the comments so far
 };
 
 void write(const Workbook& workbook, const std::string& path) {
@@ -314,29 +362,56 @@ void write(const Workbook& workbook, const std::string& path) {
   check(workbook_close(target));
 }
 
+/// An empty file of its own beside `path`, which goes with this where it is still there.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const std::string& path) : path_(path + ".XXXXXX") {
+    const int file = mkstemp(path_.data());
+    if (file == -1) {
+      path_.clear();
+    } else {
+      close(file);
+    }
+  }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile() {
+    std::error_code error;
+    if (!path_.empty()) files::remove(path_, error);
+  }
+
+  const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+/// Of a file that is made anew.
+files::perms usualPermissions() {
+  const mode_t withheld = umask(0);
+  umask(withheld);
+  return static_cast<files::perms>(0666 & ~withheld);
+}
+
 }  // namespace
 
 void saveWorkbook(const Workbook& workbook, const std::string& path) {
+  const auto refuse = [&](const std::string& why) {
+    refuseAsHost("the workbook cannot be saved as \"" + path + "\": " + why);
+  };
   std::error_code error;
   const files::path wanted = files::exists(path, error) ? files::canonical(path, error) : files::path(path);
   const bool stands = files::exists(wanted, error);
   if (stands && !(files::is_regular_file(wanted, error) && std::ofstream(wanted, std::ios::app))) {
-    refuseAsHost("the workbook cannot be saved as \"" + path + "\": that is no file to write to");
+    refuse("that is no file to write to");
   }
-  const files::path partial = wanted.string() + ".part";
-  if (!std::ofstream(partial)) {
-    refuseAsHost("the workbook cannot be saved as \"" + path + "\": no file can be made there");
-  }
-  try {
-    write(workbook, partial.string());
-    files::rename(partial, wanted);
-  } catch (const files::filesystem_error& failure) {
-    files::remove(partial, error);
-    refuseAsHost("the workbook cannot be saved as \"" + path + "\": " + failure.code().message());
-  } catch (...) {
-    files::remove(partial, error);
-    throw;
-  }
+  const TemporaryFile partial(wanted.string());
+  if (partial.path().empty()) refuse("no file can be made there");
+  write(workbook, partial.path());
+  files::permissions(partial.path(), stands ? files::status(wanted, error).permissions() : usualPermissions(),
+                     error);
+  files::rename(partial.path(), wanted, error);
+  if (error) refuse(error.message());
 }
 
 }  // namespace zelkova

@@ -59,12 +59,14 @@ void describeTemplates(std::vector<Class>& classes) {
                 "weights that with the priorities.")
           .note(limits)
           .note(program)
-          .method("drawQFD", &yTemplate::drawQFD, "Quality function deployment: the house of quality",
-                  Note("NC", "characteristics critical to quality (CTQ), 1 to 123, two columns each"),
-                  Note("nr", "voices of the customer (VOC)"),
-                  flag("roomD", "keep the customers' benchmarking, at the right", true),
-                  flag("roomE", "keep the technical benchmarking, below the priorities", true),
-                  flag("roomF", "keep the roof: the correlation of each pair of characteristics", true))
+          .method(
+              "drawQFD", &yTemplate::drawQFD, "Quality function deployment: the house of quality",
+              Note("NC", "characteristics critical to quality (CTQ), 1 to 123, two columns each"),
+              Note("nr", "voices of the customer (VOC)"),
+              flag("roomD", "keep the customers' benchmarking, at the right", true),
+              flag("roomE", "keep the technical benchmarking, below the priorities", true),
+              flag("roomF", "keep the roof: correlations of each pair of characteristics; one alone has none",
+                   true))
           .note("From top to bottom: the roof (++, +, -, --), goal, name, unit, target and difficulty rating "
                 "of each "
                 "characteristic, the matrix of relationships (1, 3, 9), priorities, technical benchmarking. "
@@ -73,9 +75,8 @@ void describeTemplates(std::vector<Class>& classes) {
                 "the total "
                 "of a voice is the sum of its relationships times its importance, so that a voice that no "
                 "characteristic answers shows as 0.")
-          .note("Benchmarking rooms have a place for companies and their symbols, and columns or rows for "
-                "ratings 1 "
-                "to 5, to draw the profiles into.")
+          .note("Benchmarking rooms have a place for companies and their symbols, and ratings 1 to 5 to draw "
+                "profiles into.")
           .note(limits)
           .note(program)
           .method("SuperFormat", &yTemplate::SuperFormat, "Formats cells, and fills them", sheet, cells,

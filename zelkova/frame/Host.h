@@ -223,7 +223,7 @@ class Range {
   /// A new comment at the upper left cell; failure 1004 where one stands.
   virtual std::unique_ptr<Comment> addComment(std::string_view text) = 0;
 
-  /// Takes the cells out of the sheet; those behind them move up, and references follow.
+  /// Takes the cells out of the sheet; those behind them close up, and references follow.
   virtual void deleteCells(Shift shift) = 0;
 };
 

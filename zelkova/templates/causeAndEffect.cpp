@@ -15,8 +15,8 @@ constexpr double commentWidth = 96;
 
 void yTemplate::drawCNEM(std::int16_t NC, std::int16_t nr) const {
   Sheet& sheet = target();
-  const Index firstRow = 4, lastRow = size("nr", nr) + 3;
-  const Index lastOutput = size("NC", NC) + 1, total = lastOutput + 1;
+  const Index firstRow = 4, lastRow = checkedSize("nr", nr) + 3;
+  const Index lastOutput = checkedSize("NC", NC) + 1, total = lastOutput + 1;
   const std::string T = columnLetters(total), lastOutputColumn = columnLetters(lastOutput);
 
   sheet.columns("A:A")->setColumnWidth(25);
@@ -40,7 +40,9 @@ void yTemplate::drawCNEM(std::int16_t NC, std::int16_t nr) const {
   format(sheet, outputNames.address(), outputName);
   sheet.range(outputNames.address())->setOrientation(90);
   format(sheet, Cells{2, 2, lastOutput, 2}.address(), centred);
-  formatAsOne(sheet, {2, 3, lastOutput, 3}, centredHeading, "Correlation Scores");
+  Style scoresHeading = centredHeading;
+  scoresHeading.wrap = false;  // there is height for one line
+  formatAsOne(sheet, {2, 3, lastOutput, 3}, scoresHeading, "Correlation Scores");
   formatAsOne(
       sheet, {total, 1, total, 2}, note,
       "To add a column, select the last 'Process Output' column, right-click and select insert.  To add a "

@@ -74,7 +74,7 @@ std::string Cells::address() const {
   return several() ? first + ":" + drawing::address(lastColumn, lastRow) : first;
 }
 
-Index size(std::string_view name, Index given) {
+Index checkedSize(std::string_view name, Index given) {
   if (given < 1) raise(FailureNumber::InvalidCall, std::string(name) + " must be at least 1");
   return given;
 }
@@ -124,9 +124,6 @@ void list(Sheet& sheet, const std::string& cells, std::initializer_list<Variant>
   std::string joined;
   for (const Variant& value : values) {
     if (!isEmpty(value)) joined += (joined.empty() ? "" : ",") + value.toText();
-  }
-  if (joined.empty()) {
-    throw Failure(static_cast<int>(FailureNumber::HostRefused), "a list needs at least one value");
   }
   const auto validation = sheet.range(cells)->validation();
   validation->erase();

@@ -25,7 +25,7 @@ struct Cells {
 };
 
 /// A form's number of rows or columns; failure 5, which names it, below 1.
-Index size(std::string_view name, Index given);
+Index checkedSize(std::string_view name, Index given);
 
 constexpr int noFill = -1;
 
@@ -54,7 +54,7 @@ void merge(Sheet& sheet, const Cells& cells);
 
 void comment(Sheet& sheet, const std::string& cell, std::string_view text, double width, double height);
 
-/// A drop-down list of the values that are not empty; failure 1004 where none is.
+/// A drop-down list of the values that are not empty; where none is, the host refuses it.
 void list(Sheet& sheet, const std::string& cells, std::initializer_list<Variant> values);
 
 }  // namespace zelkova::drawing

@@ -36,7 +36,7 @@ std::string weighted(const std::string& verdicts) {
 
 void yTemplate::drawPairwise(std::int16_t NP) const {
   Sheet& sheet = target();
-  const Index factors = size("NP", NP), last = factors + 1;
+  const Index factors = checkedSize("NP", NP), last = factors + 1;
   const Index priority = last + 1, share = priority + 1, rank = share + 1, chart = rank + 1;
   const std::string chartColumn = columnLetters(chart);
 

@@ -14,8 +14,8 @@ constexpr double commentWidth = 96;
 
 void yTemplate::drawPugh(std::int16_t NC, std::int16_t nr) const {
   Sheet& sheet = target();
-  const Index firstRow = 3, lastRow = size("nr", nr) + 2, netScore = lastRow + 1;
-  const Index firstAlternative = 4, lastAlternative = size("NC", NC) + 3;
+  const Index firstRow = 3, lastRow = checkedSize("nr", nr) + 2, netScore = lastRow + 1;
+  const Index firstAlternative = 4, lastAlternative = checkedSize("NC", NC) + 3;
   const std::string lastColumn = columnLetters(lastAlternative);
 
   sheet.columns("A:A")->setColumnWidth(32);
@@ -57,20 +57,20 @@ void yTemplate::drawPugh(std::int16_t NC, std::int16_t nr) const {
                    weights + ")");
   }
 
-  comment(sheet, "A1", "Enter the CTQ or criteria used to compare the solutions. (Below)", commentWidth, 48);
+  comment(sheet, "A1", "Enter the CTQ or criteria used to compare the solutions. (Below)", commentWidth, 57);
   comment(
       sheet, "B1",
       "Enter the CTQ or criteria priority index.  An important CTQ or criteria should have a higher priority "
       "index. (Below)",
-      commentWidth, 72);
+      commentWidth, 81);
   comment(sheet, "D1",
           "Enter the alternative solutions and select its effectiveness relative to the current solution. "
           "(Below)",
-          commentWidth, 60);
+          commentWidth, 69);
   comment(sheet, address(1, netScore),
           "Shows the net score for each alternative solution.  An alternative solution with high positive "
           "outperforms the current solution. (Right)",
-          commentWidth, 84);
+          commentWidth, 102);
 }
 
 }  // namespace zelkova

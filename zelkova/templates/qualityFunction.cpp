@@ -43,7 +43,7 @@ class House {
   Index lastVoice() const { return heading() + voices_; }
   Index priority() const { return lastVoice() + 1; }
   Index firstTechnical() const { return priority() + 1; }
-  Index lastTechnical() const { return priority() + ratings; }
+  Index lastTechnical() const { return firstTechnical() + ratings; }
 
  private:
   Index characteristics_, voices_;
@@ -53,7 +53,6 @@ const Style centred{.horizontal = "Center", .vertical = "Center"};
 const Style left{.vertical = "Center"};
 const Style heading{.interior = headingColor, .bold = true, .horizontal = "Center", .vertical = "Center"};
 const Style leftHeading{.interior = headingColor, .bold = true, .vertical = "Center"};
-const Style rightHeading{.interior = headingColor, .bold = true, .horizontal = "Right", .vertical = "Center"};
 const Style rating{.interior = ratingColor, .horizontal = "Center", .vertical = "Center"};
 const Style sum{.interior = totalColor, .horizontal = "Center", .vertical = "Center"};
 
@@ -73,7 +72,7 @@ void setSizes(Sheet& sheet, const House& house) {
 
 /// A row of cells, one a characteristic, and their heading at the left.
 void drawHeader(Sheet& sheet, const House& house, Index row, const char* label) {
-  formatAsOne(sheet, {House::voice, row, House::importance, row}, rightHeading, label);
+  formatAsOne(sheet, {House::voice, row, House::importance, row}, leftHeading, label);
   for (Index i = 1; i <= house.characteristics(); ++i) {
     formatAsOne(sheet, {house.characteristic(i), row, house.characteristic(i) + 1, row}, centred);
   }
@@ -121,7 +120,7 @@ void drawSums(Sheet& sheet, const House& house) {
                     address(House::importance, row));
   }
   const Index row = house.priority();
-  formatAsOne(sheet, {House::voice, row, House::importance, row}, rightHeading, "Priority");
+  formatAsOne(sheet, {House::voice, row, House::importance, row}, leftHeading, "Priority");
   const auto voices = [&](Index column) {
     return address(column, house.firstVoice()) + ":" + address(column, house.lastVoice());
   };
@@ -130,7 +129,6 @@ void drawSums(Sheet& sheet, const House& house) {
     formatAsOne(sheet, {column, row, column + 1, row}, sum,
                 "=SUMPRODUCT(" + voices(House::importance) + "," + voices(column) + ")");
   }
-  formatAsOne(sheet, {house.total(), row, house.total() + 1, row}, sum);
 }
 
 /// A level a row, neighbours at the bottom: each cell stands midway between the two characteristics that it
@@ -163,11 +161,10 @@ void drawCustomerBenchmarking(Sheet& sheet, const House& house) {
 }
 
 void drawTechnicalBenchmarking(Sheet& sheet, const House& house) {
-  format(sheet, address(House::voice, house.firstTechnical()), leftHeading, "Benchmarking");
-  format(sheet, address(House::voice, house.firstTechnical() + 1), leftHeading, key);
-  format(sheet,
-         Cells{House::voice, house.firstTechnical() + 2, House::voice, house.lastTechnical()}.address(),
-         left);
+  const Index top = house.firstTechnical();
+  format(sheet, address(House::voice, top), leftHeading, key);
+  formatAsOne(sheet, {House::importance, top, house.lastOfMatrix(), top}, leftHeading, "Benchmarking");
+  format(sheet, Cells{House::voice, top + 1, House::voice, house.lastTechnical()}.address(), left);
   for (Index i = 1; i <= ratings; ++i) {
     const Index row = house.lastTechnical() - i + 1;
     format(sheet, address(House::importance, row), rating, static_cast<double>(i));
@@ -181,7 +178,7 @@ void drawTechnicalBenchmarking(Sheet& sheet, const House& house) {
 
 void yTemplate::drawQFD(std::int16_t NC, std::int16_t nr, bool roomD, bool roomE, bool roomF) const {
   Sheet& sheet = target();
-  const House house(size("NC", NC), size("nr", nr));
+  const House house(checkedSize("NC", NC), checkedSize("nr", nr));
   const std::string firstRating = columnLetters(house.firstRating()),
                     lastRating = columnLetters(house.lastRating());
 
