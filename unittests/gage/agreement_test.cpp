@@ -159,8 +159,103 @@ TEST_F(Agreement, HasTheAttributeStudyOfTheManual) {
               {falseAlarms, 100 * falseAlarms / 102, misses, 100 * misses / 48});
   }
 
-  run(sheetOf(attributeStudy(), 3), true, 0.9);
+  // An upper quantile that rounds to that of 1 at the highest confidence there is. R: qbeta(2^-54, 43, 8,
+  // lower.tail = FALSE), qbeta(2^-54, 42, 9).
+  run(sheetOf(attributeStudy(), 3), true, 1 - 0x1p-53);
+  expectRow(within, 1, AgreementAmong::Lower, {26.9365711019980, 99.9244307991511});
+
+  // The same study without trials, in the order of the rows, and with the categories the other way round.
+  order = {"1", "0"};
+  Sheet untold = sheetOf(attributeStudy(), 3);
+  untold.dtrial.clear();
+  run(untold, true, 0.9);
   expectRow(within, 1, AgreementAmong::Lower, {72.9779922473587, 91.7814938261439});
+  expectRow(standardKappa, 9, AgreementKappa::CohenKappa, {0.774909541500279, 0.0815140197989389});
+  expectRow(disagreement, 3, AgreementErrors::RatingsSecondAsFirst, {6, 12.5, 9, 100 * 9.0 / 102});
+}
+
+// Faults: a column of blanks taken for a trial or a standard "" of all parts; blanks of the list of
+// categories taken for one; rows beyond the data read.
+TEST_F(Agreement, TakesBlankColumnsForNone) {
+  const std::vector<std::string> parts = {"1122", "2122", "1111", "2222"};
+  order = {"2", "", "1", "1E+99", " "};
+  Sheet blank = sheetOf(parts, 2);
+  blank.dtrial.assign(blank.dy.size(), " ");
+  blank.dstd.assign(blank.dy.size(), "");
+  for (auto* const column : {&blank.dpart, &blank.dop, &blank.dtrial, &blank.dstd}) column->push_back("9");
+  run(blank);
+  EXPECT_EQ(error, "");
+  EXPECT_EQ(categories, (StringArray{"2", "1"}));
+  EXPECT_EQ(appraisers, (StringArray{"A", "B"}));
+  expectRow(within, 1, AgreementAmong::Inspected, {4, 3, 75});
+  EXPECT_EQ(among(AgreementAmong::Matched), 2);
+  EXPECT_EQ(all(AgreementWithStandard::Matched), nothing);
+}
+
+// Fault: labels that tie or compare in circles in the order of the rows, so that ranks and the trials that
+// are compared depend on it. Each label serves as a rating, an appraiser and a trial.
+TEST_F(Agreement, HasOneResultForAnyOrderOfRows) {
+  ordinal = true;
+  const std::vector<std::string> lists[] = {{"good", "Good", "bad"}, {"1", "01", "1.0"}, {"9", "10", "1A"}};
+  for (const auto& labels : lists) {
+    Sheet sheet;
+    for (std::size_t i = 0; i < 45; ++i) {
+      const std::size_t part = i / 9;
+      sheet.add(labels[i * i % 11 % 3], std::to_string(part), labels[i / 3 % 3], labels[i % 3],
+                labels[part % 3]);
+    }
+    run(sheet);
+    ASSERT_EQ(error, "");
+    const StringArray inOrder[] = {categories, appraisers};
+    const DoubleArray expected[] = {within, withinKappa, among, standard, standardKappa};
+    for (int turn = 0; turn < 7; ++turn) {
+      for (auto column : {&Sheet::dy, &Sheet::dpart, &Sheet::dop, &Sheet::dtrial, &Sheet::dstd}) {
+        std::rotate((sheet.*column).begin(), (sheet.*column).begin() + 19, (sheet.*column).end());
+        std::reverse((sheet.*column).begin(), (sheet.*column).begin() + 30);
+      }
+      run(sheet);
+      EXPECT_EQ(categories, inOrder[0]);
+      EXPECT_EQ(appraisers, inOrder[1]);
+      const DoubleArray results[] = {within, withinKappa, among, standard, standardKappa};
+      for (std::size_t i = 0; i < 5; ++i) EXPECT_TRUE(areClose(results[i], expected[i])) << labels[0] << i;
+    }
+  }
+}
+
+// Fault: rounding noise, of either sign, for the kappa of agreement just as by chance. By hand: two
+// independent raters; three whose parts are binomial with p = 1/5.
+TEST_F(Agreement, HasKappasOfExactlyZero) {
+  const struct {
+    std::vector<std::pair<std::size_t, const char*>> parts;
+    Index slot;
+  } cases[] = {{{{1, "11"}, {2, "12"}, {3, "21"}, {6, "22"}}, AgreementKappa::CohenKappa},
+               {{{1, "111"}, {12, "112"}, {48, "221"}, {64, "222"}}, AgreementKappa::FleissKappa}};
+  for (const auto& test : cases) {
+    std::vector<std::string> parts;
+    for (const auto& [count, ratings] : test.parts) parts.insert(parts.end(), count, ratings);
+    run(sheetOf(parts, 1));
+    for (Index row = 1; row <= 3; ++row) {
+      EXPECT_EQ(amongKappa(row, test.slot), 0);
+      EXPECT_EQ(amongKappa(row, test.slot + 2), 0);
+    }
+  }
+}
+
+// Faults: tau-b above 1 for perfect agreement; sums of squares that lose digits beyond 2^53. By hand: ranks
+// of n parts shifted by one give W = 1 - 3 / (n + 1) and tau = 1 - 4 / n.
+TEST_F(Agreement, KeepsTheDigitsOfRanksInLargeStudies) {
+  constexpr int n = 300000;
+  Sheet sheet;
+  for (int i = 0; i < n; ++i) {
+    const std::string part = std::to_string(i);
+    sheet.add(part, part, "A", "1", part);
+    sheet.add(std::to_string((i + 1) % n), part, "B", "1", part);
+  }
+  ordinal = true;
+  run(sheet);
+  EXPECT_EQ(standard(1, AgreementWithStandard::KendallTau), 1);
+  EXPECT_DOUBLE_EQ(standard(2, AgreementWithStandard::KendallTau), 1 - 4.0 / n);
+  EXPECT_DOUBLE_EQ(among(AgreementAmong::KendallW), 1 - 3.0 / (n + 1));
 }
 
 // Faults: margins of one rater for both; the wrong variance; a category not set against all others. Data: two
@@ -255,6 +350,10 @@ TEST_F(Agreement, HasNoValueWhereNothingIsCompared) {
   EXPECT_TRUE(areClose(
       all, DoubleArray(std::vector<double>(standard.elements().begin(), standard.elements().end()))));
 
+  // No part of the second category.
+  run(sheetOf({"12 1", "11 1"}, 2), false);
+  expectRow(disagreement, 1, 1, {0, nothing, 0, 0, 1, 50, 0, nothing, 1, 25});
+
   // Perfect agreement, with a category that only the caller knows.
   order = {"0", "1", "2"};
   std::vector<std::string> parts(25, "0000 0");
@@ -300,6 +399,7 @@ TEST_F(Agreement, RefusesBadStudiesInOrder) {
   const Sheet sound = sheetOf({"1122 1", "2122 2", "1111 1"}, 2);
   const Sheet oneAppraiser = sheetOf({"11 1", "22 2"}, 2);
   const char* const balance = "Design must be balanced";
+  const Sheet unbalanced = sound.with(&Sheet::dpart, 0, "4");
   const struct {
     Sheet sheet;
     bool between;
@@ -307,7 +407,10 @@ TEST_F(Agreement, RefusesBadStudiesInOrder) {
     const char* text;
   } cases[] = {
       {sound, true, {}, ""},
-      {sound.with(&Sheet::dpart, 0, "4"), true, {}, balance},
+      {unbalanced.with(&Sheet::dy, 0, " ").with(&Sheet::dstd, 1, ""), true, {}, "Ratings must not be blank"},
+      {sound.with(&Sheet::dy, 7, "1E+99"), true, {}, "Ratings must not be blank"},
+      {unbalanced.with(&Sheet::dstd, 1, ""), true, {}, "Standards must not be blank"},
+      {unbalanced, true, {}, balance},
       {sound.with(&Sheet::dpart, 0, "2"), true, {"1"}, balance},
       {sound.with(&Sheet::dop, 0, "B"), true, {}, balance},
       {sound.with(&Sheet::dtrial, 5, "1"), true, {"1"}, "Trials of a part by an appraiser must differ"},

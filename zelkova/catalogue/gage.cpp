@@ -157,14 +157,15 @@ Class agreement() {
           "GageAAAOutput", &yAAA::GageAAAOutput,
           "Matches, kappas and, for ordered categories, Kendall's statistics",
           Note("dy", "the ratings: categories, as texts or numbers"),
-          Note("dpart", "the part of each rating"), Note("dop", "the appraiser of each rating"),
+          Note("dpart", "the part of each rating"), Note("dop", "the appraiser (operator) of each rating"),
           Note(
               "dtrial",
-              "the trial of each rating; where left out, an appraiser's trials of a part are in the order of "
-              "the rows"),
-          Note("dstd", "the standard of the part, on each row; left out where there is none"),
+              "the trial of each rating; where left out or blank, an appraiser's trials of a part are in the "
+              "order of the rows"),
+          Note("dstd", "the standard of the part, on each row; left out or blank where there is none"),
           Note("CategoryOrder",
-               "all categories in their order; where left out, those that occur in numeric-aware order"),
+               "all categories in their order, blanks skipped; where left out or blank, those that occur in "
+               "numeric-aware order"),
           Note("Ordinal",
                "true takes the order of the categories for a scale, and adds Kendall's statistics"),
           Note("Between", "true compares the appraisers with each other, too"),
@@ -174,8 +175,9 @@ Class agreement() {
               .table()
               .slots(AgreementAmong::names),
           kappas("WithinKappa", "the kappas of each appraiser over their own trials"),
-          Note("BetweenValue", "all ratings of a part against each other").slots(AgreementAmong::names),
-          kappas("BetweenKappa", "the kappas of all ratings"),
+          Note("BetweenValue", "the appraisers against each other, all trials of each")
+              .slots(AgreementAmong::names),
+          kappas("BetweenKappa", "the kappas of all trials of all appraisers"),
           Note("StandardValue", "each appraiser against the standard: a row an appraiser")
               .table()
               .slots(AgreementWithStandard::names),
@@ -184,22 +186,28 @@ Class agreement() {
           kappas("AllKappa", "the kappas of all appraisers with the standard"),
           Note("Disagreement",
                "for two categories and a standard, a row an appraiser: parts of the second category rated as "
-               "the first in every trial, the reverse, parts rated both ways, and the same for single "
-               "ratings")
+               "the first in every trial, the reverse, parts rated both ways, and the first two also for "
+               "single "
+               "ratings; percentages are of the parts or ratings of that standard, Mixed of all parts")
               .table()
               .slots(AgreementErrors::names),
           error)
       .note(
           "Every appraiser must have rated every part equally often. Categories, parts and appraisers are "
-          "compared exactly: \"good\" and \"Good\" are two, and so are \"1\" and \"1.0\".")
+          "compared exactly: \"good\" and \"Good\" are two, and so are \"1\" and \"1.0\". "
+          "Trial labels must differ within a part and an appraiser, and need not match from part to part. "
+          "Rows "
+          "beyond the length of dy are not read.")
       .note(
           "A part is matched where all ratings concerned are the same, trials included, and the standard's "
           "where there is one. Percentages are from 0 to 100, their limits exact (Clopper and Pearson), with "
           "half of what CLevel leaves on each side also at 0 and 100 percent.")
       .note(
           "Tables of kappas have a row for each category and then one over all, without a Category, for each "
-          "appraiser in turn; Appraiser and Category are places in the lists of those names. Standard errors "
-          "are those under agreement by chance, and p-values are P(Z > z).")
+          "appraiser in turn; Appraiser and Category are places in the lists of those names, and Appraiser "
+          "has "
+          "no value in BetweenKappa and AllKappa. Standard errors are those under agreement by chance, and "
+          "p-values are P(Z > z).")
       .note(
           "Cohen's kappa is given where two ratings are compared: two trials of an appraiser, two appraisers "
           "of one trial each, a trial and the standard. For AIAG's cross tabulation of two appraisers, "
@@ -207,7 +215,12 @@ Class agreement() {
       .note(
           "With a standard, each trial of each appraiser is compared with it; kappas and tau-b are the means "
           "of these comparisons, with standard errors as if they were independent. The p-value of tau-b has "
-          "both tails.")
+          "both tails; that of Kendall's W is the chi-square approximation.")
+      .note(
+          "With 0 for bad and 1 for good, RatingsFirstAsSecondPercent is AIAG's miss rate and "
+          "RatingsSecondAsFirstPercent its false alarm rate. A percentage has no value where the standard "
+          "does "
+          "not occur.")
       .note(
           "A kappa has no value where it is 0 over 0, as that of a category that did not occur or was all "
           "that did, and a mean has none where one of its comparisons has none. Tau-b has none where a trial "
@@ -215,13 +228,20 @@ Class agreement() {
           "without a value.")
       .note(
           "What was not compared has no values: WithinValue for a single trial, BetweenValue unless asked "
-          "for, StandardValue and AllValue without a standard. Ordered categories that are words want a "
-          "CategoryOrder: otherwise \"high\" comes before \"low\".")
+          "for, StandardValue and AllValue without a standard. Ordered categories that are not all distinct "
+          "numbers want a CategoryOrder: otherwise \"high\" comes before \"low\", and labels that tie, such "
+          "as "
+          "\"1\" and \"01\", have an arbitrary order, if always the same.")
       .note(
-          "ErrorCode, checked in this order: Design must be balanced; Trials of a part by an appraiser must "
+          "ErrorCode, checked in this order: Ratings must not be blank; Standards must not be blank, where "
+          "others are given; Design must be balanced; Trials of a part by an appraiser must "
           "differ; At least 2 appraiser values required; At least 2 trials or a standard required; Rating or "
           "standard not in CategoryOrder; Standard for the same part must be the same; At least 2 categories "
-          "required.")
+          "required. A text of 1E+99, which holds no value, is blank.")
+      .note(
+          "Failures: 5 for a CLevel that is not between 0 and 1, such as 95, and for a category listed "
+          "twice; 7 "
+          "for more than 1E6 rows of kappas; 9 for columns of fewer rows than dy.")
       .done();
 }
 

@@ -4,33 +4,33 @@
 #include <cmath>
 
 #include "zelkova/kit/LevelTally.h"
+#include "zelkova/kit/doubleDouble.h"
 
 namespace zelkova::agreement {
 
 namespace {
 
-/// A category's share of the ratings of two sides, and the shares of all others, which keep their digits
-/// where the category is nearly everything.
-struct Shares {
+/// A category's ratings by two sides, and those of all others. Counts rather than shares: sums of their
+/// products are exact, so that agreement as by chance gives a kappa of exactly 0.
+struct Margins {
   double first, second;
   double firstOthers, secondOthers;
 };
 
-Shares sharesOf(double first, double second, double n) {
-  return {first / n, second / n, (n - first) / n, (n - second) / n};
-}
+Margins marginsOf(double first, double second, double n) { return {first, second, n - first, n - second}; }
 
-/// The probability of disagreement by chance.
-double chanceDisagreement(std::span<const Shares> categories) {
+/// The squared number of ratings times the probability of disagreement by chance.
+double chanceDisagreement(std::span<const Margins> categories) {
   double sum = 0;
-  for (const Shares& c : categories) sum += c.first * c.secondOthers;
+  for (const Margins& c : categories) sum += c.first * c.secondOthers;
   return sum;
 }
 
-/// n times the variance, under chance, of the share of n pairs that disagree, the shares of the categories
-/// estimated. As a sum of positive terms, Pe + Pe^2 - sum a b (a + b) = sum a b ((1 - a)(1 - b) + Pe - a b):
-/// the usual form cancels where one category is nearly everything.
-double chanceVariance(std::span<const Shares> categories) {
+/// The fourth power of the number of ratings, times n, times the variance, under chance, of the share of n
+/// pairs that disagree, the shares a and b of the categories estimated. As a sum of positive terms, Pe + Pe^2
+/// - sum a b (a + b) = sum a b ((1 - a)(1 - b) + Pe - a b): the usual form cancels where one category is
+/// nearly everything.
+double chanceVariance(std::span<const Margins> categories) {
   const std::size_t k = categories.size();
   std::vector<double> after(k + 1, 0.0);
   for (std::size_t i = k; i-- > 0;) {
@@ -39,7 +39,7 @@ double chanceVariance(std::span<const Shares> categories) {
   double sum = 0;
   double before = 0;
   for (std::size_t i = 0; i < k; ++i) {
-    const Shares& c = categories[i];
+    const Margins& c = categories[i];
     const double both = c.first * c.second;
     sum += both * (c.firstOthers * c.secondOthers + before + after[i + 1]);
     before += both;
@@ -47,11 +47,14 @@ double chanceVariance(std::span<const Shares> categories) {
   return sum;
 }
 
-/// A kappa from the share of pairs that disagree; `n` pairs stand behind the standard error.
-Estimate kappaOf(double disagreement, std::span<const Shares> categories, double n) {
+double kappa(double disagreement, double byChance) { return (byChance - disagreement) / byChance; }
+
+/// A kappa from the share of pairs that disagree, times the squared number of ratings; `n` pairs stand behind
+/// the standard error.
+Estimate kappaOf(double disagreement, std::span<const Margins> categories, double n) {
   const double byChance = chanceDisagreement(categories);
   if (byChance == 0) return {};
-  return {1 - disagreement / byChance, std::sqrt(chanceVariance(categories) / n) / byChance};
+  return {kappa(disagreement, byChance), std::sqrt(chanceVariance(categories) / n) / byChance};
 }
 
 /// A category's ratings by all raters, and the ordered pairs of a part's ratings of which the first alone is
@@ -65,20 +68,21 @@ struct FleissCount {
 Kappas fleissOf(const std::vector<FleissCount>& counts, double parts, double raters) {
   const double ratings = parts * raters;
   const double pairs = ratings * (raters - 1);
+  const auto scaled = [=](double disagreements) { return disagreements * ratings / (raters - 1); };
   Kappas result;
-  std::vector<Shares> shares;
-  shares.reserve(counts.size());
+  std::vector<Margins> margins;
+  margins.reserve(counts.size());
   double disagreements = 0;
   for (const FleissCount& count : counts) {
-    const Shares c = sharesOf(count.ratings, count.ratings, ratings);
-    shares.push_back(c);
+    const Margins c = marginsOf(count.ratings, count.ratings, ratings);
+    margins.push_back(c);
     disagreements += count.disagreements;
     if (c.firstOthers == 0) continue;
     result.categories.push_back(
         {count.category,
-         {1 - count.disagreements / pairs / (c.first * c.firstOthers), std::sqrt(2 / pairs)}});
+         {kappa(scaled(count.disagreements), c.first * c.firstOthers), std::sqrt(2 / pairs)}});
   }
-  result.overall = kappaOf(disagreements / pairs, shares, pairs / 2);
+  result.overall = kappaOf(scaled(disagreements), margins, pairs / 2);
   return result;
 }
 
@@ -188,21 +192,21 @@ Counter::OfTwo Counter::kappasOf(std::span<const Index> first, std::span<const I
   const auto n = static_cast<double>(first.size());
   OfTwo result;
   std::vector<FleissCount> counts;
-  std::vector<Shares> shares;
+  std::vector<Margins> margins;
   double agreements = 0;
   for (const Index category : occurring()) {
     const Cell& cell = at(category);
     const double disagreements = cell.first + cell.second - 2 * cell.both;
-    const Shares c = sharesOf(cell.first, cell.second, n);
-    const Shares againstOthers[] = {c, {c.firstOthers, c.secondOthers, c.first, c.second}};
+    const Margins c = marginsOf(cell.first, cell.second, n);
+    const Margins againstOthers[] = {c, {c.firstOthers, c.secondOthers, c.first, c.second}};
     counts.push_back({category, cell.first + cell.second, disagreements});
-    shares.push_back(c);
+    margins.push_back(c);
     agreements += cell.both;
-    result.cohen.categories.push_back({category, kappaOf(disagreements / n, againstOthers, n)});
+    result.cohen.categories.push_back({category, kappaOf(n * disagreements, againstOthers, n)});
   }
   clear();
   result.fleiss = fleissOf(counts, n, 2);
-  result.cohen.overall = kappaOf((n - agreements) / n, shares, n);
+  result.cohen.overall = kappaOf(n * (n - agreements), margins, n);
   return result;
 }
 
@@ -221,9 +225,10 @@ Compact Counter::compact(std::span<const Index> column) {
 }
 
 double concordance(const Study& study, Index firstRater, Index count, Counter& counter) {
-  // Ranks about their mean: neither the sums nor their spread cancel.
+  // Ranks about their mean: neither the sums nor their spread cancel. Squares are summed at double length:
+  // those of large studies do not fit a double, and perfect concordance is to be exactly 1.
   std::vector<double> sums(static_cast<std::size_t>(study.parts));
-  double spread = 0;
+  DoubleDouble spread;
   for (Index rater = firstRater; rater < firstRater + count; ++rater) {
     const Compact column = counter.compact(study.column(rater));
     const double middle = (static_cast<double>(study.parts) + 1) / 2;
@@ -231,15 +236,15 @@ double concordance(const Study& study, Index firstRater, Index count, Counter& c
     double below = 0;
     for (const double ratings : column.counts) {
       ranks.push_back(below + (ratings + 1) / 2 - middle);
-      spread += ratings * ranks.back() * ranks.back();
+      spread = spread + twoProduct(ratings * ranks.back(), ranks.back());
       below += ratings;
     }
     for (std::size_t part = 0; part < sums.size(); ++part) sums[part] += ranks[column.places[part]];
   }
-  if (spread == 0) return NoValue;
-  double squares = 0;
-  for (const double sum : sums) squares += sum * sum;
-  return squares / (static_cast<double>(count) * spread);
+  if (spread.rounded() == 0) return NoValue;
+  DoubleDouble squares;
+  for (const double sum : sums) squares = squares + twoProduct(sum, sum);
+  return (squares / (spread * DoubleDouble{static_cast<double>(count)})).rounded();
 }
 
 StandardOrder::StandardOrder(const Study& study, Counter& counter)
@@ -269,8 +274,8 @@ Estimate StandardOrder::tauOf(std::span<const Index> ratings, Counter& counter) 
     }
     for (; first != end; ++first) lower.add(column.places[*first], 1);
   }
-  // Ordered pairs count each pair twice.
-  const double scale = std::sqrt(x.untied) * std::sqrt(y.untied) / 2;
+  // Ordered pairs count each pair twice. The root of a square is exact, so perfect agreement is 1.
+  const double scale = std::sqrt(x.untied * y.untied) / 2;
   const auto n = static_cast<double>(ratings.size());
   return {surplus / scale, std::sqrt(surplusVariance(x, y, n)) / scale};
 }

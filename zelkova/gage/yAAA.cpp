@@ -9,6 +9,7 @@
 
 #include "zelkova/frame/NoValue.h"
 #include "zelkova/frame/arithmetic.h"
+#include "zelkova/frame/numberText.h"
 #include "zelkova/gage/agreement.h"
 #include "zelkova/gage/firstRows.h"
 #include "zelkova/kit/Levels.h"
@@ -26,17 +27,46 @@ using agreement::Study;
 
 namespace {
 
+/// A cell without an entry: an empty text, or a number that holds no value.
+bool isBlank(const std::string& text) { return trimmed(text).empty() || numberOf(text) == NoValue; }
+
+bool hasBlank(std::span<const std::string> column) {
+  return std::any_of(column.begin(), column.end(), isBlank);
+}
+
+/// The labels of a column in numeric-aware order. Those that tie in it ("1" and "01") or compare in circles
+/// ("9", "10", "1A") would come as the rows happen to stand; they come by their exact texts.
+SortedLevels<std::string> levelsInOrder(std::span<const std::string> column) {
+  const auto text = [column](Index row) -> const std::string& {
+    return column[static_cast<std::size_t>(row)];
+  };
+  const Levels levels(column);
+  std::vector<Index> firsts = levels.firsts();
+  std::sort(firsts.begin(), firsts.end(), [&](Index a, Index b) { return text(a) < text(b); });
+  std::vector<std::string> texts;
+  texts.reserve(firsts.size());
+  for (const Index first : firsts) texts.push_back(text(first));
+
+  SortedLevels<std::string> result = sortedLevels(std::span<const std::string>(texts));
+  std::vector<Index> places(firsts.size());
+  for (std::size_t i = 0; i < firsts.size(); ++i) {
+    places[static_cast<std::size_t>(levels.codes()[static_cast<std::size_t>(firsts[i])])] = result.codes[i];
+  }
+  result.codes = levels.codes();
+  for (Index& code : result.codes) code = places[static_cast<std::size_t>(code)];
+  return result;
+}
+
 /// The categories of ratings and standards, and which of them each has.
 struct Categories {
   StringArray labels;
   std::vector<Index> ratings, standards;
 };
 
-/// Nothing where `listed` is filled and leaves a rating or a standard out.
+/// Nothing where categories are listed in `order` and a rating or a standard is not.
 std::optional<Categories> categoriesOf(std::span<const std::string> ratings,
-                                       std::span<const std::string> standards, const StringArray& listed) {
-  const std::span<const std::string> order =
-      listed.filled() ? listed.vector() : std::span<const std::string>();
+                                       std::span<const std::string> standards,
+                                       std::span<const std::string> order) {
   std::vector<std::string> texts;
   texts.reserve(order.size() + ratings.size() + standards.size());
   for (const auto part : {order, ratings, standards}) texts.insert(texts.end(), part.begin(), part.end());
@@ -52,9 +82,9 @@ std::optional<Categories> categoriesOf(std::span<const std::string> ratings,
       }
     }
     if (levels.count() > known) return std::nullopt;
-    result.labels = listed;
+    result.labels = StringArray(std::vector<std::string>(order.begin(), order.end()));
   } else {
-    SortedLevels<std::string> levels = sortedLevels(std::span<const std::string>(texts));
+    SortedLevels<std::string> levels = levelsInOrder(texts);
     codes = std::move(levels.codes);
     result.labels = std::move(levels.values);
   }
@@ -62,6 +92,26 @@ std::optional<Categories> categoriesOf(std::span<const std::string> ratings,
   const auto firstStandard = firstRating + static_cast<Index>(ratings.size());
   result.ratings.assign(firstRating, firstStandard);
   result.standards.assign(firstStandard, codes.end());
+  return result;
+}
+
+/// The first `n` rows of a column that may be left out: none where it was never filled, or is blank as a
+/// range that a form leaves empty.
+std::span<const std::string> rowsIfGiven(const StringArray& column, Index n, const char* name) {
+  if (!column.filled()) return {};
+  const std::span<const std::string> rows = column.vector();
+  const auto read = rows.first(std::min(rows.size(), static_cast<std::size_t>(n)));
+  if (std::all_of(read.begin(), read.end(), isBlank)) return {};
+  return firstRows(column, n, name);
+}
+
+/// The categories that the caller lists; the rest of the range may be blank.
+std::vector<std::string> listedIn(const StringArray& categoryOrder) {
+  std::vector<std::string> result;
+  if (!categoryOrder.filled()) return result;
+  for (const std::string& category : categoryOrder.vector()) {
+    if (!isBlank(category)) result.push_back(category);
+  }
   return result;
 }
 
@@ -74,16 +124,15 @@ struct Rows {
        const StringArray& dstd)
       : ratings(dy.vector()),
         parts(firstRows(dpart, dy.rows(), "dpart")),
-        appraisers(firstRows(dop, dy.rows(), "dop")) {
-    if (dtrial.filled()) trials = firstRows(dtrial, dy.rows(), "dtrial");
-    if (dstd.filled()) standards = firstRows(dstd, dy.rows(), "dstd");
-  }
+        appraisers(firstRows(dop, dy.rows(), "dop")),
+        trials(rowsIfGiven(dtrial, dy.rows(), "dtrial")),
+        standards(rowsIfGiven(dstd, dy.rows(), "dstd")) {}
 
   /// The rows trial by trial, the key being the trial; without trials as they stand.
   std::vector<order::Row> byTrial() const {
     std::vector<order::Row> rows(ratings.size());
     std::vector<Index> codes(ratings.size());
-    if (!trials.empty()) codes = sortedLevels(trials).codes;
+    if (!trials.empty()) codes = levelsInOrder(trials).codes;
     for (std::size_t i = 0; i < rows.size(); ++i) {
       rows[i] = {static_cast<order::Key>(codes[i]), static_cast<Index>(i)};
     }
@@ -149,15 +198,17 @@ bool areAllEqual(const std::vector<Index>& a, const std::vector<Index>& b) {
   return std::all_of(a.begin(), a.end(), isFirst) && std::all_of(b.begin(), b.end(), isFirst);
 }
 
-Layout layOut(const Rows& rows, const StringArray& listed, bool between) {
+Layout layOut(const Rows& rows, std::span<const std::string> categoryOrder, bool between) {
   Layout result;
   Study& study = result.study;
   const auto refused = [&](std::string fault) {
     result.fault = std::move(fault);
     return std::move(result);
   };
+  if (hasBlank(rows.ratings)) return refused("Ratings must not be blank");
+  if (hasBlank(rows.standards)) return refused("Standards must not be blank");
   const Levels parts(rows.parts);
-  SortedLevels<std::string> appraisers = sortedLevels(rows.appraisers);
+  SortedLevels<std::string> appraisers = levelsInOrder(rows.appraisers);
   const auto n = static_cast<Index>(rows.ratings.size());
   study.parts = parts.count();
   study.appraisers = appraisers.count();
@@ -171,7 +222,7 @@ Layout layOut(const Rows& rows, const StringArray& listed, bool between) {
     return refused(std::move(fault));
   }
 
-  std::optional<Categories> categories = categoriesOf(rows.ratings, rows.standards, listed);
+  std::optional<Categories> categories = categoriesOf(rows.ratings, rows.standards, categoryOrder);
   if (!categories) return refused("Rating or standard not in CategoryOrder");
   std::optional<std::vector<Index>> standard = standardOf(parts, categories->standards);
   if (!standard) return refused("Standard for the same part must be the same");
@@ -321,7 +372,7 @@ class Analysis {
     table(row, Slots::Matched) = count;
     table(row, Slots::Percent) = 100 * count / n;
     table(row, Slots::Lower) = count == 0 ? 0 : 100 * host_.BetaInv(alpha_ / 2, count, n - count + 1);
-    table(row, Slots::Upper) = count == n ? 100 : 100 * host_.BetaInv(1 - alpha_ / 2, count + 1, n - count);
+    table(row, Slots::Upper) = count == n ? 100 : 100 * (1 - host_.BetaInv(alpha_ / 2, n - count, count + 1));
   }
 
   void setConcordance(DoubleArray& table, Index row, Index firstRater, Index count) {
@@ -420,7 +471,7 @@ void yAAA::GageAAAOutput(const StringArray& dy, const StringArray& dpart, const 
                          DoubleArray& StandardKappa, DoubleArray& AllValue, DoubleArray& AllKappa,
                          DoubleArray& Disagreement, std::string& ErrorCode) const {
   if (!(CLevel > 0 && CLevel < 1)) raise(FailureNumber::InvalidCall, "CLevel must be between 0 and 1");
-  Layout layout = layOut(Rows(dy, dpart, dop, dtrial, dstd), CategoryOrder, Between);
+  Layout layout = layOut(Rows(dy, dpart, dop, dtrial, dstd), listedIn(CategoryOrder), Between);
   if (!layout.fault.empty()) {
     ErrorCode = std::move(layout.fault);
     return;
