@@ -38,6 +38,7 @@ std::vector<CellFormat> looksOf(const MemorySheet& sheet, const CellArea& area) 
     }
   }
   std::vector<CellFormat> looks;
+  looks.reserve(different.size());
   for (const CellFormat* format : different) looks.push_back(*format);
   return looks;
 }
@@ -76,7 +77,7 @@ class FontObject final : public Object {
  public:
   using Looks = std::function<std::vector<FontFormat>()>;
 
-  FontObject(std::shared_ptr<Font> font, const Looks& looks) : Object("Font") {
+  FontObject(const std::shared_ptr<Font>& font, const Looks& looks) : Object("Font") {
     add(
         "Name", 0,
         [=](Arguments) { return common(looks(), [](const FontFormat& look) { return look.name; }); },
@@ -160,7 +161,7 @@ class ValidationObject final : public Object {
   ValidationObject(const SheetPointer& sheet, const CellArea& area) : Object("Validation") {
     const std::shared_ptr<Validation> cells = sheet->cells(area)->validation();
     const auto rule = [=] {
-      const MemorySheet::Rule found = sheet->ruleAt(area.firstRow, area.firstColumn);
+      MemorySheet::Rule found = sheet->ruleAt(area.firstRow, area.firstColumn);
       if (found == nullptr) refuseAsHost("the cells have no validation rule");
       return found;
     };

@@ -1,6 +1,5 @@
 #include <cmath>
 
-#include "component/AutomationHost.h"
 #include "component/AutomationSheet.h"
 #include "component/Dispatch.h"
 #include "component/identities.h"
