@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "cli/Session.h"
 #include "unittests/cli/runProgram.h"
 #include "unittests/templates/spreadsheet.h"
 
@@ -427,12 +428,13 @@ TEST(Program, DrawsFormsIntoFiles) {
   EXPECT_EQ(run({"form", "drawPugh", "NC=3", "--out", file}).code, 2);
   EXPECT_EQ(run({"form", "drawPugh", "NC=3", "nr=5"}).code, 2);
   EXPECT_EQ(contentOf(file), content);
-  for (const std::string& nowhere : {folder / "no/pugh.xlsx", folder / "", std::string("/dev/full")}) {
+  std::filesystem::create_directory(folder / "folder.xlsx");
+  for (const std::string& nowhere : {folder / "no/pugh.xlsx", folder / "folder.xlsx"}) {
     const Outcome refused = run({"form", "drawPugh", "NC=3", "nr=5", "--out", nowhere});
     EXPECT_EQ(refused.code, 1) << nowhere;
     EXPECT_NE(refused.err.find("cannot be saved"), std::string::npos) << refused.err;
   }
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder / ""), {}), 1);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder / ""), {}), 2);
 }
 
 // Fault: requests for one workbook that do not draw on one sheet, or a worksheet asked for among the
@@ -459,6 +461,29 @@ TEST(Program, RequestsNameTheirWorkbook) {
                                          "\n");
   EXPECT_EQ(refused.out.find("{\"error\": \"nWS: is a worksheet"), 0U) << refused.out;
   EXPECT_NE(refused.out.find("must name a file"), std::string::npos);
+  const Outcome other = run({"call", "WorksheetFunction.NormSDist", "z=1", "--out", folder / "a.xlsx"});
+  EXPECT_EQ(other.code, 2);
+  EXPECT_NE(other.err.find("draws on no worksheet"), std::string::npos) << other.err;
+}
+
+// Fault: a form that a failure cut short, saved with the next drawing.
+TEST(Program, FailuresLeaveTheSheetAsItWas) {
+  const TemporaryFolder folder;
+  Session session;
+  const auto draw = [&](const char* method, const std::string& name, const std::string& value) {
+    Request request(std::string("yTemplate.") + method);
+    for (const Argument& argument : request.method().arguments) {
+      if (argument.name == name) request.set(argument, valueFromText(argument, value));
+      if (argument.name == "nr" || argument.name == "NC") request.set(argument, std::int16_t{2});
+    }
+    request.setWorkbook(folder / "form.xlsx");
+    return session.runAndSave(request).failure.has_value();
+  };
+  EXPECT_FALSE(draw("drawPugh", "", ""));
+  EXPECT_TRUE(draw("drawCNEM", "", ""));  // at its first comment, since A1 has one
+  EXPECT_FALSE(draw("SuperFormat", "selectedcells", "A9"));
+  EXPECT_EQ(session.workbook().firstSheet()->cell(1, 1), Variant("CTQ or Criteria"));
+  EXPECT_EQ(session.workbook().firstSheet()->format(1, 1).font.size, 8);
 }
 
 }  // namespace

@@ -141,6 +141,29 @@ TEST(MemorySheet, FormatsCombine) {
   EXPECT_EQ(sheet->mergedAt(1, 1), nullptr);
 }
 
+// Fault: a number that is a text to the formulas, or a formula that spreadsheet programs stumble over.
+TEST(MemorySheet, TakesValuesAsTheHostDoes) {
+  Workbook workbook;
+  const auto sheet = workbook.firstSheet();
+  sheet->range("A1")->setValue("5");
+  EXPECT_EQ(sheet->cell(1, 1), Variant(5.0));
+  sheet->range("A2")->setNumberFormat("@");
+  for (const char* text : {"5", "=", "=1+"}) {
+    sheet->range("A2")->setValue(text);
+    EXPECT_EQ(sheet->cell(2, 1), Variant(text));
+  }
+  for (const char* formula : {"=SUM(", "=1+", "=A1)", "=\"a", "=(A1))("}) {
+    EXPECT_EQ(failureNumber([&] { sheet->range("A1")->setValue(formula); }), 1004) << formula;
+  }
+  for (const char* text : {"\xff", "\x01", "\xc3", "a\xc3("}) {
+    EXPECT_EQ(failureNumber([&] { sheet->range("A1")->setValue(text); }), 1004);
+    EXPECT_EQ(failureNumber([&] { sheet->range("A1")->addComment(text); }), 1004);
+    EXPECT_EQ(failureNumber([&] { sheet->range("A1")->validation()->addList(text); }), 1004);
+  }
+  EXPECT_EQ(sheet->cell(1, 1), Variant(5.0));
+  EXPECT_EQ(sheet->commentAt(1, 1), nullptr);
+}
+
 // Fault: numbers that mean nothing kept until the file is written.
 TEST(MemorySheet, RefusesWhatNoSpreadsheetTakes) {
   Workbook workbook;
