@@ -59,10 +59,10 @@ void dotplot(benchmark::State& state) {
   const StringArray dx = labels(million, 5, 1);
   double width = 0, scale = 0;
   DoubleArray dotX, dotY, dotN, dotGroup, baseX, baseY, xAxis, yAxisY;
-  StringArray yAxis;
+  StringArray groupLabel;
   for (auto _ : state) {
-    yDotplot().DotplotOutput(dy, dx, "", width, scale, dotX, dotY, dotN, dotGroup, baseX, baseY, xAxis,
-                             yAxisY, yAxis);
+    yDotplot().DotplotOutput(dy, dx, width, scale, dotX, dotY, dotN, dotGroup, baseX, baseY, xAxis, yAxisY,
+                             groupLabel);
     benchmark::DoNotOptimize(dotX);
   }
   state.counters["dots"] = static_cast<double>(dotX.size());
@@ -79,8 +79,8 @@ void matrixPlot(benchmark::State& state) {
       yAxisX, yAxisY, yAxis;
   StringArray groupLabel, label;
   for (auto _ : state) {
-    yMatrix().MatrixOutput(data, {}, dx, "Full", true, plotX, plotY, groupLabel, lineX, lineY, lineValue,
-                           gridX, gridY, labelX, labelY, label, xAxisX, xAxisY, xAxis, yAxisX, yAxisY, yAxis);
+    yMatrix().MatrixOutput(data, {}, dx, plotX, plotY, groupLabel, lineX, lineY, lineValue, gridX, gridY,
+                           labelX, labelY, label, xAxisX, xAxisY, xAxis, yAxisX, yAxisY, yAxis, "Full", true);
     benchmark::DoNotOptimize(plotY);
   }
 }
@@ -97,8 +97,8 @@ void multiVari(benchmark::State& state) {
   DoubleArray plotX, plotY, plotN, meanX, meanY, dividerX, dividerY, valueX, valueY, axis;
   StringArray plotLabel;
   for (auto _ : state) {
-    yMultiVari().MultiVariOutput(dy, dx1, dx2, dx3, dx4, true, plotX, plotY, plotN, plotLabel, meanX, meanY,
-                                 dividerX, dividerY, valueX, valueY, axis);
+    yMultiVari().MultiVariOutput(dy, dx1, dx2, dx3, dx4, plotX, plotY, plotN, plotLabel, meanX, meanY,
+                                 dividerX, dividerY, valueX, valueY, axis, true);
     benchmark::DoNotOptimize(plotY);
   }
 }

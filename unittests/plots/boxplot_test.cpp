@@ -88,6 +88,15 @@ TEST_F(Boxplot, SetsTwoFactorsWithinEachOther) {
   EXPECT_EQ(limitX(7), NoValue);
 }
 
+// Fault: a value on the fence an outlier by the rounding of decimals. By hand: Q1 is the third of 11, 1.6, Q3
+// the ninth, 2, and 1.6 - 1.5 x 0.4 is 1.
+TEST_F(Boxplot, CountsTheFenceAsInside) {
+  run({1.0, 1.3, 1.6, 1.6, 1.8, 1.9, 1.9, 1.9, 2, 2, 2}, {}, {});
+  EXPECT_EQ(values(1, Slot::Outliers), 0);
+  EXPECT_EQ(values(1, Slot::LowerWhisker), 1);
+  EXPECT_FALSE(outlierY.filled());
+}
+
 // Faults: a confidence that is none taken for one; a label too few read past the end; outputs of a refused
 // call half assigned.
 TEST_F(Boxplot, Refuses) {

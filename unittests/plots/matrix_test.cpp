@@ -15,8 +15,8 @@ class MatrixPlot : public WithHost {
  protected:
   void run(const DoubleArray& data, const StringArray& names, const StringArray& dx,
            const std::string& type) {
-    plot.MatrixOutput(data, names, dx, type, true, plotX, plotY, groupLabel, lineX, lineY, lineValue, gridX,
-                      gridY, labelX, labelY, label, xAxisX, xAxisY, xAxis, yAxisX, yAxisY, yAxis);
+    plot.MatrixOutput(data, names, dx, plotX, plotY, groupLabel, lineX, lineY, lineValue, gridX, gridY,
+                      labelX, labelY, label, xAxisX, xAxisY, xAxis, yAxisX, yAxisY, yAxis, type, true);
   }
 
   yMatrix plot;
@@ -92,6 +92,43 @@ TEST_F(MatrixPlot, EndsLinesAtTheBorder) {
   EXPECT_EQ(lineValue(1, MatrixLine::Slope), no);
 }
 
+// Faults: a line through the positions of a narrow group on a wide scale, in which its digits are lost;
+// spread where all values round to one; sums of squares that vanish, overflow or are those of the column. By
+// hand: for x of 1, 2, 4, 5 and y of 2, 4, 3, 7 the slope is 9 / 10, the constant 4 - 0.9 x 3, R squared 9^2
+// / (10 x 14). For x of 1, 1 + d, 1 and y of 1, 2, 1 the line goes through (1, 1) with slope 1 / d.
+TEST_F(MatrixPlot, FitsANarrowGroupBesideAWideOne) {
+  constexpr double d = 0x1p-52;
+  const struct {
+    std::vector<double> x, y;
+    double wide, constant, slope, rSquared;
+  } cases[] = {
+      {{1e-6, 2e-6, 4e-6, 5e-6}, {2, 4, 3, 7}, 1000, 1.3, 9e5, 81.0 / 140},
+      {{1e-13, 2e-13, 4e-13, 5e-13}, {2, 4, 3, 7}, 1000, 1.3, 9e12, 81.0 / 140},
+      {{1e-200, 2e-200, 4e-200, 5e-200}, {2e90, 4e90, 3e90, 7e90}, 1, 1.3e90, 9e289, 81.0 / 140},
+      {{1, 1 + d, 1, 1}, {1, 2, 1, 1}, 5e6, 1 - 1 / d, 1 / d, 1},
+  };
+  for (const auto& [x, y, wide, constant, slope, rSquared] : cases) {
+    DoubleArray data(6, 2, 0.0);
+    for (Index i = 1; i <= 4; ++i) {
+      data(i, 1) = x[static_cast<std::size_t>(i - 1)];
+      data(i, 2) = y[static_cast<std::size_t>(i - 1)];
+    }
+    data(5, 1) = -wide;
+    data(6, 1) = wide;
+    run(data, {}, {"a", "a", "a", "a", "b", "b"}, "Lower left");
+    EXPECT_TRUE(isClose(lineValue(1, MatrixLine::Constant), constant)) << slope;
+    EXPECT_TRUE(isClose(lineValue(1, MatrixLine::Slope), slope)) << slope;
+    EXPECT_TRUE(isClose(lineValue(1, MatrixLine::RSquared), rSquared)) << slope;
+  }
+}
+
+// Fault: scale values between the round ones shown, and 0 left out. By hand: from -9 to 9 a step of 2 makes
+// eleven values.
+TEST_F(MatrixPlot, ShowsRoundScaleValues) {
+  run(DoubleArray::table({{-9, 0}, {9, 1}}), {}, {}, "Lower left");
+  EXPECT_EQ(xAxis, (DoubleArray{-8, -4, 0, 4, 8, NoValue}));
+}
+
 // Faults: one column paired with nothing; a vector read as a table; names read past the end; panels made
 // before their number is looked at.
 TEST_F(MatrixPlot, Refuses) {
@@ -101,6 +138,7 @@ TEST_F(MatrixPlot, Refuses) {
   EXPECT_EQ(failureNumber([&] { run(cars, {"a", "b"}, {}, "Full"); }), 9);
   EXPECT_EQ(failureNumber([&] { run(cars, {}, {"a", "b"}, "Full"); }), 9);
   EXPECT_EQ(failureNumber([&] { run(DoubleArray(2, 50'000, 1.0), {}, {}, "Full"); }), 7);
+  EXPECT_EQ(failureNumber([&] { run(DoubleArray(2, 2000, 1.0), {}, {"a", "b"}, "Full"); }), 7);
   EXPECT_FALSE(plotX.filled() || gridX.filled());
 }
 

@@ -1,3 +1,5 @@
+#include "zelkova/kit/scales.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -8,11 +10,16 @@
 #include "zelkova/frame/RunningObjects.h"
 #include "zelkova/frame/arithmetic.h"
 #include "zelkova/frame/numberText.h"
-#include "zelkova/kit/dotColumns.h"
 #include "zelkova/kit/modzStat.h"
 #include "zelkova/kit/modzSupport.h"
 
 namespace zelkova {
+
+double powerOfTen(Index exponent) {
+  const std::optional<double> power = numberOf("1E" + std::to_string(exponent));
+  if (!power || *power == 0) raise(FailureNumber::Overflow, "the data leave no room for intervals");
+  return *power;
+}
 
 namespace {
 
@@ -21,19 +28,15 @@ constexpr std::array<double, 5> ladder = {1, 2, 2.5, 5, 10};
 
 constexpr int mostIntervals = 90;
 
+/// Below it an axis would leave the range of a double.
+constexpr double smallestRange = 1E-290;
+
 /// The multiple of `step` next to `x`, away from 0. The host's function takes one sign only.
 double ceilingAwayFromZero(double x, double step) {
   if (x == 0) return 0;
   checked::finite(std::abs(x) + step);
   const double size = runningHost()->worksheetFunction().Ceiling(std::abs(x), step);
   return x < 0 ? -size : size;
-}
-
-/// 10 to a whole power, as the decimal text gives it: the same bits on every machine.
-double powerOfTen(Index exponent) {
-  const std::optional<double> power = numberOf("1E" + std::to_string(exponent));
-  if (!power || *power == 0) raise(FailureNumber::Overflow, "the data leave no room for intervals");
-  return *power;
 }
 
 /// The digits of a positive number rounded to a whole one.
@@ -100,28 +103,6 @@ double histogramWidth(std::span<const double> values, double smallest, double la
   return width;
 }
 
-/// Whether `x` is a whole number of `unit`, but for the rounding of decimals.
-bool isMultiple(double x, double unit) {
-  const double ratio = x / unit;
-  return std::abs(ratio - std::round(ratio)) <= 1E-9 + 0x1p-50 * std::abs(ratio);
-}
-
-/// The decimal place in which the data are recorded, from ten times `width` down to a thousandth of its own
-/// place; below that it makes no difference to columns of about this width, and the answer is 0.
-double recordedUnit(std::span<const double> values, double width) {
-  const auto place = static_cast<Index>(std::floor(std::log10(width)));
-  for (Index exponent = place + 1; exponent >= place - 3; --exponent) {
-    const double unit = powerOfTen(exponent);
-    if (std::all_of(values.begin(), values.end(), [unit](double x) { return isMultiple(x, unit); })) {
-      return unit;
-    }
-  }
-  return 0;
-}
-
-/// `x` as its 15 digits give it: 0.3 for 0.1 + 0.1 + 0.1.
-double readable(double x) { return toNumber(numberText(checked::finite(x))); }
-
 /// The values from a multiple of `step` at or below `low` up to the first at or above `high`; a step too many
 /// where there would be more than 10 steps.
 std::vector<double> axisValues(double low, double high, double step) {
@@ -136,6 +117,13 @@ std::vector<double> axisValues(double low, double high, double step) {
 }
 
 }  // namespace
+
+double readable(double x) { return toNumber(numberText(checked::finite(x))); }
+
+bool agreeOnAxis(double low, double high) {
+  const double size = std::max(std::abs(low), std::abs(high));
+  return high - low <= std::max(1E-12 * size, smallestRange);
+}
 
 DoubleArray GetHistogramBins(const DoubleArray& data) {
   checked::leaving(data);
@@ -155,38 +143,6 @@ DoubleArray GetHistogramBins(const DoubleArray& data) {
   return result;
 }
 
-double dotColumnWidth(const DoubleArray& data) {
-  checked::leaving(data);
-  const double smallest = GetMin(data);
-  const double largest = GetMax(data);
-  if (smallest == largest) return 0;
-
-  const double widest = histogramWidth(data.vector(), smallest, largest);
-  // Narrower columns would fall together in the digits of their positions.
-  if (std::max(std::abs(smallest), std::abs(largest)) > 1E12 * widest) return widest;
-
-  constexpr double mostColumns = 200;
-  const double target = std::min(4 * std::sqrt(static_cast<double>(GetCount(data))), mostColumns);
-  const double aim = (largest - smallest) / target;
-  const double unit = recordedUnit(data.vector(), widest);
-  constexpr double rounding = 1 + 1E-9;
-  double best = widest;
-  for (Index exponent = static_cast<Index>(std::floor(std::log10(widest))) - 2;; ++exponent) {
-    for (const double step : {1.0, 2.0, 2.5, 5.0}) {
-      const double width = exponent < 0 ? step / powerOfTen(-exponent) : step * powerOfTen(exponent);
-      if (width > widest * rounding) return best;
-      if (unit > 0 && (width < unit / rounding || !isMultiple(width, unit))) continue;
-      best = width;
-      if (width * rounding >= aim) return best;
-    }
-  }
-}
-
-double dotColumnPlace(double x, double width) {
-  const double ratio = x / width;
-  return std::floor(ratio + 0.5 + 1E-9 + 0x1p-50 * std::abs(ratio));
-}
-
 DoubleArray GetAxisScale(const DoubleArray& data, bool keepZero) {
   checked::leaving(data);
   double low = GetMin(data);
@@ -195,10 +151,9 @@ DoubleArray GetAxisScale(const DoubleArray& data, bool keepZero) {
     low = std::min(low, 0.0);
     high = std::max(high, 0.0);
   }
-  // Data that agree in all the digits an axis can show stand in the middle of it.
-  const double size = std::max(std::abs(low), std::abs(high));
-  constexpr double smallestRange = 1E-290;
-  if (high - low <= std::max(1E-12 * size, smallestRange)) {
+  // Data that look the same stand in the middle of the axis.
+  if (agreeOnAxis(low, high)) {
+    const double size = std::max(std::abs(low), std::abs(high));
     const double margin = size > smallestRange ? size / 10 : 1;
     low -= margin;
     high += margin;

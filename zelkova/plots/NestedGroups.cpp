@@ -70,14 +70,18 @@ std::vector<std::vector<double>> placesOf(const std::vector<FactorGroups>& neste
       ++innermost[group];
     }
   }
+  std::vector<double> starts = innermost;
+  std::vector<double> ends = innermost;
   for (std::size_t factor = nested.size() - 1; factor > 0; --factor) {
     const std::vector<Index>& parents = nested[factor].parents;
-    const std::vector<double>& inner = places[factor];
-    for (std::size_t first = 0; first < inner.size();) {
-      std::size_t end = first + 1;
-      while (end < inner.size() && parents[end] == parents[first]) ++end;
-      places[factor - 1].push_back((inner[first] + inner[end - 1]) / 2);
-      first = end;
+    std::size_t outer = 0;
+    for (std::size_t first = 0; first < parents.size(); ++outer) {
+      std::size_t next = first + 1;
+      while (next < parents.size() && parents[next] == parents[first]) ++next;
+      starts[outer] = starts[first];
+      ends[outer] = ends[next - 1];
+      places[factor - 1].push_back((starts[outer] + ends[outer]) / 2);
+      first = next;
     }
   }
   return places;

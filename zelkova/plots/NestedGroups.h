@@ -25,7 +25,8 @@ std::vector<FactorGroups> nestedGroups(const std::vector<std::span<const std::st
 std::vector<FactorGroups> singleGroup(Index rows);
 
 /// The places of the groups of each factor on an axis. Those of the last one stand at steps of 1, with a step
-/// more for each factor before it whose group ends there; the others above the middle of what they hold.
+/// more for each factor before it whose group ends there; the others halfway between the first and the last
+/// of these that they hold.
 std::vector<std::vector<double>> placesOf(const std::vector<FactorGroups>& nested);
 
 }  // namespace zelkova

@@ -1,6 +1,7 @@
 #include "zelkova/plots/yBoxplot.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -36,8 +37,11 @@ struct Box {
   double operator()(Slot::Slot slot) const { return values(slot); }
 };
 
+/// A value on a fence is inside even where the rounding of decimals put it a little beyond.
 Fences fencesOf(double q1, double q3) {
-  const double reach = 1.5 * checked::finite(q3 - q1);
+  const double range = checked::finite(q3 - q1);
+  const double rounding = 1E-12 * range + 0x1p-48 * std::max(std::abs(q1), std::abs(q3));
+  const double reach = 1.5 * range + rounding;
   return {q1 - reach, q3 + reach};
 }
 

@@ -1,6 +1,7 @@
 #include "zelkova/plots/yMatrix.h"
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "zelkova/gage/firstRows.h"
 #include "zelkova/kit/groups.h"
 #include "zelkova/kit/modzSupport.h"
+#include "zelkova/kit/scales.h"
 #include "zelkova/kit/sums.h"
 #include "zelkova/plots/NestedGroups.h"
 #include "zelkova/plots/Series.h"
@@ -24,22 +26,31 @@ constexpr double margin = 1;
 
 double positionOf(double start, double share) { return start + margin + (panelSize - 2 * margin) * share; }
 
-/// Values of one column in one group, as shares of the scale.
-struct Shares {
-  explicit Shares(std::vector<double> values)
+/// The values of one column in one group, about their mean. They are scaled by a power of two to below 2:
+/// exactly, and so that no product of two overflows or vanishes.
+struct Sample {
+  explicit Sample(std::vector<double> values)
       : smallest(*std::min_element(values.begin(), values.end())),
-        largest(*std::max_element(values.begin(), values.end())),
-        mean(summaryOf(values).mean()),
-        deviations(std::move(values)) {
-    for (double& x : deviations) x -= mean;
-    squares = laneProduct(deviations, deviations);
+        largest(*std::max_element(values.begin(), values.end())) {
+    const double size = std::max(std::abs(smallest), std::abs(largest));
+    if (size > 0) exponent = std::ilogb(size);
+    for (double& x : values) x = std::ldexp(x, -exponent);
+    scaled = summaryOf(values);
+    for (double& x : values) x = fromMean(x);
+    deviations = std::move(values);
   }
 
-  bool hasSpread() const { return squares > 0; }
+  bool hasSpread() const { return smallest != largest; }
 
-  double smallest, largest, mean;
+  double fromMean(double scaledValue) const { return (scaledValue - scaled.centre) - scaled.rest; }
+
+  /// In the units of the data.
+  double mean() const { return std::clamp(std::ldexp(scaled.mean(), exponent), smallest, largest); }
+
+  double smallest, largest;
+  int exponent = 0;
+  GroupSummary scaled;
   std::vector<double> deviations;
-  double squares = 0;
 };
 
 /// A column of the data on its scale.
@@ -48,7 +59,7 @@ struct Variable {
       : ticks(GetAxisScale(DoubleArray(std::vector<double>(column.begin(), column.end())), false)) {
     shares.reserve(column.size());
     for (const double x : column) shares.push_back(shareOf(x));
-    for (std::vector<double>& group : gathered(shares, groups.codes, groups.count())) {
+    for (std::vector<double>& group : gathered(column, groups.codes, groups.count())) {
       byGroup.emplace_back(std::move(group));
     }
   }
@@ -59,32 +70,47 @@ struct Variable {
 
   DoubleArray ticks;
   std::vector<double> shares;
-  std::vector<Shares> byGroup;
+  std::vector<Sample> byGroup;
 };
 
-/// The line of y on x within one group, both as shares of their scales; x has spread.
-struct Line {
-  Line(const Shares& xShares, const Shares& yShares) : x(xShares), y(yShares) {
+/// The least squares line of y on x within one group; x has spread.
+class Line {
+ public:
+  Line(const Sample& x, const Sample& y) : x_(x), y_(y) {
+    if (!y.hasSpread()) return;
     const double products = laneProduct(x.deviations, y.deviations);
-    slope = y.hasSpread() ? checked::quotient(products, x.squares) : 0;
-    if (y.hasSpread()) rSquared = std::min(slope * checked::quotient(products, y.squares), 1.0);
+    slope_ = checked::quotient(products, x.scaled.squares);
+    rSquared_ = std::min(slope_ * checked::quotient(products, y.scaled.squares), 1.0);
   }
 
-  double at(double share) const { return y.mean + slope * (share - x.mean); }
+  double slope() const { return checked::finite(std::ldexp(slope_, y_.exponent - x_.exponent)); }
 
-  /// The end of the line at `share`, or before it where it meets the border of the panel.
-  std::pair<double, double> endAt(double share) const {
-    const double height = at(share);
+  double constant() const {
+    const double scaled =
+        (y_.scaled.centre - slope_ * x_.scaled.centre) + (y_.scaled.rest - slope_ * x_.scaled.rest);
+    return checked::finite(std::ldexp(scaled, y_.exponent));
+  }
+
+  double rSquared() const { return rSquared_; }
+
+  /// The end of the line at `end`, one of its x, or before it where it meets the border of the panel; in
+  /// shares of the scales.
+  std::pair<double, double> endAt(double end, const Variable& ofX, const Variable& ofY) const {
+    const double across = ofX.shareOf(end);
+    const double middle = ofY.shareOf(y_.mean());
+    const double rise = slope_ * x_.fromMean(std::ldexp(end, -x_.exponent));
+    const double height = middle + checked::quotient(std::ldexp(1, y_.exponent), ofY.range()) * rise;
     const double within = std::clamp(height, 0.0, 1.0);
-    if (height == within) return {share, height};
-    const double crossing = x.mean + checked::quotient(within - y.mean, slope);
-    return {std::clamp(crossing, x.smallest, x.largest), within};
+    if (height == within) return {across, height};
+    const double centre = ofX.shareOf(x_.mean());
+    return {centre + (across - centre) * checked::quotient(within - middle, height - middle), within};
   }
 
-  const Shares& x;
-  const Shares& y;
-  double slope = 0;
-  double rSquared = NoValue;
+ private:
+  const Sample& x_;
+  const Sample& y_;
+  double slope_ = 0;
+  double rSquared_ = NoValue;
 };
 
 /// Where a panel stands: rows from the top and columns from the left, from 0.
@@ -127,13 +153,19 @@ class Grid {
   bool full_;
 };
 
-/// Failure 7 where the table of all points would be too large.
-void checkSize(Index variables, Index n, Index groups, bool full) {
+/// Failure 7 where points, lines and borders would be too many.
+void checkSize(Index variables, Index n, Index groups, bool full, bool withLines) {
   constexpr double mostElements = 1E8;
-  const double pairs = static_cast<double>(variables) * static_cast<double>(variables - 1) / 2;
-  const double slots = (full ? 2 : 1) * pairs * static_cast<double>(n + 1);
-  if (slots * static_cast<double>(groups) > mostElements) {
-    raise(FailureNumber::OutOfMemory, "there are too many columns, rows and groups for one table of points");
+  const auto k = static_cast<double>(variables);
+  const auto g = static_cast<double>(groups);
+  const double panels = full ? k * (k - 1) : k * (k - 1) / 2;
+  const double points = (static_cast<double>(n) + 1) * (1 + g);
+  constexpr double ofLine = 6;
+  constexpr double ofBorder = 12;
+  const double lines = withLines ? (ofLine + MatrixLine::size) * g : 0;
+  const double borders = ofBorder * (panels + k);
+  if (panels * (points + lines) + borders > mostElements) {
+    raise(FailureNumber::OutOfMemory, "there are too many columns, rows and groups for one chart");
   }
 }
 
@@ -185,20 +217,20 @@ struct Lines {
     const Panel panel = grid.panels[static_cast<std::size_t>(place)];
     const Variable& ofX = variables[panel.column];
     const Variable& ofY = variables[panel.row];
-    const Shares& xShares = ofX.byGroup[static_cast<std::size_t>(group - 1)];
+    const Sample& xValues = ofX.byGroup[static_cast<std::size_t>(group - 1)];
     values(row, MatrixLine::YColumn) = static_cast<double>(panel.row + 1);
     values(row, MatrixLine::XColumn) = static_cast<double>(panel.column + 1);
     values(row, MatrixLine::Group) = static_cast<double>(group);
-    values(row, MatrixLine::N) = static_cast<double>(xShares.deviations.size());
-    if (!xShares.hasSpread()) return;
+    values(row, MatrixLine::N) = xValues.scaled.n;
+    if (!xValues.hasSpread()) return;
 
-    const Line line(xShares, ofY.byGroup[static_cast<std::size_t>(group - 1)]);
-    values(row, MatrixLine::Constant) = ofY.lowest() + ofY.range() * line.at(ofX.shareOf(0));
-    values(row, MatrixLine::Slope) = checked::quotient(line.slope * ofY.range(), ofX.range());
-    values(row, MatrixLine::RSquared) = line.rSquared;
+    const Line line(xValues, ofY.byGroup[static_cast<std::size_t>(group - 1)]);
+    values(row, MatrixLine::Constant) = line.constant();
+    values(row, MatrixLine::Slope) = line.slope();
+    values(row, MatrixLine::RSquared) = line.rSquared();
     Index slot = 3 * place;
-    for (const double end : {xShares.smallest, xShares.largest}) {
-      const auto [across, up] = line.endAt(end);
+    for (const double end : {xValues.smallest, xValues.largest}) {
+      const auto [across, up] = line.endAt(end, ofX, ofY);
       ++slot;
       x(slot, group) = positionOf(grid.left(panel.column), across);
       y(slot, group) = positionOf(grid.bottom(panel.row), up);
@@ -221,12 +253,21 @@ struct Ticks {
   std::vector<double> values;
 };
 
-/// The values shown beside a scale: all, or every second one where the panel has no room for all.
+/// The step of a scale. Its values may be so large that only the first digits of their difference hold.
+double stepOf(const DoubleArray& ticks) {
+  const double rough = (ticks(ticks.rows()) - ticks(1)) / static_cast<double>(ticks.rows() - 1);
+  const auto exponent = static_cast<Index>(std::floor(std::log10(rough))) - 1;
+  return std::round(rough / powerOfTen(exponent)) * powerOfTen(exponent);
+}
+
+/// The values shown beside a scale: all, or, where the panel has no room for all, the multiples of twice the
+/// step.
 std::vector<double> shownOf(const DoubleArray& ticks) {
   constexpr Index mostShown = 6;
-  const Index step = ticks.rows() > mostShown ? 2 : 1;
+  if (ticks.rows() <= mostShown) return {ticks.elements().begin(), ticks.elements().end()};
+  const bool startsOdd = std::fmod(std::round(ticks(1) / stepOf(ticks)), 2) != 0;
   std::vector<double> shown;
-  for (Index tick = 1; tick <= ticks.rows(); tick += step) shown.push_back(ticks(tick));
+  for (Index tick = startsOdd ? 2 : 1; tick <= ticks.rows(); tick += 2) shown.push_back(ticks(tick));
   return shown;
 }
 
@@ -270,12 +311,12 @@ StringArray namesOf(const StringArray& XName, Index variables) {
 }  // namespace
 
 void yMatrix::MatrixOutput(const DoubleArray& M_X, const StringArray& XName, const StringArray& dx,
-                           const std::string& MatrixType, bool FitLine, DoubleArray& PlotX,
-                           DoubleArray& PlotY, StringArray& GroupLabel, DoubleArray& LineX,
-                           DoubleArray& LineY, DoubleArray& LineValue, DoubleArray& GridX, DoubleArray& GridY,
-                           DoubleArray& LabelX, DoubleArray& LabelY, StringArray& Label, DoubleArray& XAxisX,
-                           DoubleArray& XAxisY, DoubleArray& XAxis, DoubleArray& YAxisX, DoubleArray& YAxisY,
-                           DoubleArray& YAxis) const {
+                           DoubleArray& PlotX, DoubleArray& PlotY, StringArray& GroupLabel,
+                           DoubleArray& LineX, DoubleArray& LineY, DoubleArray& LineValue, DoubleArray& GridX,
+                           DoubleArray& GridY, DoubleArray& LabelX, DoubleArray& LabelY, StringArray& Label,
+                           DoubleArray& XAxisX, DoubleArray& XAxisY, DoubleArray& XAxis, DoubleArray& YAxisX,
+                           DoubleArray& YAxisY, DoubleArray& YAxis, const std::string& MatrixType,
+                           bool FitLine) const {
   const Index n = M_X.rows();
   if (M_X.dimensions() != 2 || M_X.columns() < 2) {
     raise(FailureNumber::InvalidCall, "M_X must have two columns or more");
@@ -283,7 +324,7 @@ void yMatrix::MatrixOutput(const DoubleArray& M_X, const StringArray& XName, con
   StringArray names = namesOf(XName, M_X.columns());
   FactorGroups groups = (dx.filled() ? nestedGroups({firstRows(dx, n, "dx")}) : singleGroup(n)).front();
   const bool full = MatrixType != "Lower left";
-  checkSize(M_X.columns(), n, groups.count(), full);
+  checkSize(M_X.columns(), n, groups.count(), full, FitLine);
   std::vector<Variable> variables;
   for (Index column = 1; column <= M_X.columns(); ++column) {
     variables.emplace_back(M_X.column(column), groups);

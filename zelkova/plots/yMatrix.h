@@ -20,28 +20,30 @@ class yMatrix {
   ///
   /// `PlotX` holds the points panel by panel along the rows, n + 1 slots each, the last a gap (`NoValue`).
   /// `PlotY` has a column for each label of `dx`, in the numeric-aware order of `ExchangeSortS` that
-  /// `GroupLabel` gets, with `NoValue` at points of other groups; `dx` may be left unfilled for one group.
+  /// `GroupLabel` gets, with `NoValue` at points of other groups; `dx` may be left unfilled for one group,
+  /// whose label is the empty text.
   ///
   /// With `FitLine`, `LineX` and `LineY` are the least squares lines of each panel over the range of x, cut
   /// off at the border of the scale, 3 slots a panel and a column a group, and `LineValue` has a row for each
-  /// panel and group: line in the units of the data, R squared as a fraction. Without spread in x there is no
-  /// line, without spread in y no R squared. Without `FitLine` the three stay unfilled.
+  /// panel and group: line in the units of the data, by the values of the group alone, R squared as a
+  /// fraction. Without spread in x there is no line, without spread in y no R squared. Without `FitLine` the
+  /// three stay unfilled.
   ///
   /// `GridX` and `GridY` are the borders of the panels, 6 slots each, the last a gap. `LabelX` and `LabelY`
   /// are the middle of the panels on the diagonal, for `Label`: `XName`, or the numbers of the columns where
   /// it is unfilled. `XAxisX`, `XAxisY` and `XAxis` are place and value of the scale below each column of
   /// panels, `YAxisX`, `YAxisY` and `YAxis` those left of each row, each with a gap behind it; of a scale
-  /// of more than 6 values every second one is shown.
+  /// of more than 6 values the multiples of twice its step are shown.
   ///
   /// Failures: 5 for fewer than two columns, 9 for data that were never filled, fewer names than columns and
-  /// a `dx` with fewer rows, 7 for more than 1E8 elements in `PlotY`, 429 where no host runs, 6 where a scale
-  /// overflows. A failure leaves the outputs as they came.
+  /// a `dx` with fewer rows, 7 for more than 1E8 elements in points, lines and borders together, 429 where no
+  /// host runs, 6 where a scale or a line overflows. A failure leaves the outputs as they came.
   void MatrixOutput(const DoubleArray& M_X, const StringArray& XName, const StringArray& dx,
-                    const std::string& MatrixType, bool FitLine, DoubleArray& PlotX, DoubleArray& PlotY,
-                    StringArray& GroupLabel, DoubleArray& LineX, DoubleArray& LineY, DoubleArray& LineValue,
-                    DoubleArray& GridX, DoubleArray& GridY, DoubleArray& LabelX, DoubleArray& LabelY,
-                    StringArray& Label, DoubleArray& XAxisX, DoubleArray& XAxisY, DoubleArray& XAxis,
-                    DoubleArray& YAxisX, DoubleArray& YAxisY, DoubleArray& YAxis) const;
+                    DoubleArray& PlotX, DoubleArray& PlotY, StringArray& GroupLabel, DoubleArray& LineX,
+                    DoubleArray& LineY, DoubleArray& LineValue, DoubleArray& GridX, DoubleArray& GridY,
+                    DoubleArray& LabelX, DoubleArray& LabelY, StringArray& Label, DoubleArray& XAxisX,
+                    DoubleArray& XAxisY, DoubleArray& XAxis, DoubleArray& YAxisX, DoubleArray& YAxisY,
+                    DoubleArray& YAxis, const std::string& MatrixType = "Full", bool FitLine = false) const;
 };
 
 }  // namespace zelkova

@@ -99,11 +99,11 @@ std::vector<Index> outermostOf(const std::vector<FactorGroups>& nested) {
 }  // namespace
 
 void yMultiVari::MultiVariOutput(const DoubleArray& dy, const StringArray& dx1, const StringArray& dx2,
-                                 const StringArray& dx3, const StringArray& dx4, bool ShowValues,
-                                 DoubleArray& PlotX, DoubleArray& PlotY, DoubleArray& PlotN,
-                                 StringArray& PlotLabel, DoubleArray& MeanX, DoubleArray& MeanY,
-                                 DoubleArray& DividerX, DoubleArray& DividerY, DoubleArray& ValueX,
-                                 DoubleArray& ValueY, DoubleArray& YAxis) const {
+                                 const StringArray& dx3, const StringArray& dx4, DoubleArray& PlotX,
+                                 DoubleArray& PlotY, DoubleArray& PlotN, StringArray& PlotLabel,
+                                 DoubleArray& GrandMeanX, DoubleArray& GrandMeanY, DoubleArray& DividerX,
+                                 DoubleArray& DividerY, DoubleArray& ValueX, DoubleArray& ValueY,
+                                 DoubleArray& YAxis, bool ShowValues) const {
   const std::vector<FactorGroups> nested = nestedGroups(factorsOf(dy.rows(), dx1, dx2, dx3, dx4));
   const std::vector<std::vector<double>> places = placesOf(nested);
   const std::span<const double> values = dy.vector();
@@ -135,8 +135,8 @@ void yMultiVari::MultiVariOutput(const DoubleArray& dy, const StringArray& dx1, 
   PlotY = std::move(tables.mean);
   PlotN = std::move(tables.n);
   PlotLabel = std::move(tables.label);
-  MeanX = {places.back().front() - 0.5, places.back().back() + 0.5};
-  MeanY = {mean, mean};
+  GrandMeanX = {places.back().front() - 0.5, places.back().back() + 0.5};
+  GrandMeanY = {mean, mean};
   DividerX = lines.takeX();
   DividerY = lines.takeY();
   ValueX = std::move(valueX);
