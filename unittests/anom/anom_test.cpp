@@ -66,7 +66,7 @@ const StringArray tension = runsOf({"L", "M", "H", "L", "M", "H"}, 9);
 // an infinite df, solved in mpmath. Four to eight: R, the density of the cut sum convolved by Gauss-Legendre
 // on the real line, mixed over dchisq. Ten and more: mpmath, the characteristic function by its complex erf.
 TEST_F(ANOM, CriticalValuesAreExact) {
-  // The largest the host takes; h is then (h^2 + 1)/(4 df) of itself larger than at the limit.
+  // The largest the host takes; h is then about (h^2 + 1)/(4 df) of itself larger than at the limit.
   const double infinite = 1e10;
   const struct {
     double alpha;
@@ -77,6 +77,7 @@ TEST_F(ANOM, CriticalValuesAreExact) {
                {0.05, 3, 10, 2.74129512908067},
                {0.05, 3, 60, 2.40321641023236},
                {0.05, 3, infinite, 2.34370058637841},
+               {0.3, 3, 1e6, 1.48109973906294},
                {1e-9, 3, 10, 23.9654458690490},
                {1e-12, 3, infinite, 7.28019424541266},
                {0.05, 4, 4, 3.8871198015},
@@ -96,7 +97,7 @@ TEST_F(ANOM, CriticalValuesAreExact) {
 }
 
 // Fault: values that differ from the tables users check against. Nelson (1983), Journal of Quality Technology
-// 15, critical values at 0.05: the entries of as many degrees of freedom as levels, and of infinitely many.
+// 15, critical values at 0.05: three to six levels, from few degrees of freedom to infinitely many.
 TEST_F(ANOM, CriticalValuesMeetThePublishedTable) {
   const struct {
     Index k;
@@ -167,12 +168,13 @@ TEST_F(ANOM, TwoLevelsDecideLikeTheirTTest) {
   EXPECT_EQ(columnOf(chart, ANOMLevels::Signal), (DoubleArray{0, 0}));
 }
 
-// Fault: signals read off limits that have no digits left. Whole numbers above 2^52, where no half can be
-// told; the deviations are -0.375 and 0.375 and the limits t(14) / 8 / sqrt(2) = 0.19 away, by hand.
+// Faults: signals read off limits that have no digits left, a spread of few roundings taken for none. Whole
+// numbers about 2^52, where no half can be told: the deviations are -0.5 and 0.5, S is 8.004 and the limits
+// are t(1998) S / sqrt(2000) = 0.35 away, by hand.
 TEST_F(ANOM, SignalsFarFromZero) {
-  DoubleArray dy{0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 1, 1, 1, 0, 1};
-  for (double& y : dy.elements()) y += 0x1p52;
-  one(dy, runsOf({"a", "b"}, 8), 0.05);
+  DoubleArray dy(2000);
+  for (Index i = 1; i <= 2000; ++i) dy(i) = 0x1p52 + (i % 2 == 0 ? 8 : -8) + (i > 1000 ? 1 : 0);
+  one(dy, runsOf({"a", "b"}, 1000), 0.05);
   EXPECT_EQ(columnOf(chart, ANOMLevels::Signal), (DoubleArray{-1, 1}));
 }
 
@@ -181,6 +183,8 @@ TEST_F(ANOM, OneFactorWithoutSpreadOrData) {
   one({0.1, 0.1, 0.1, 4.1, 4.1, 4.1}, runsOf({"a", "b"}, 3), 0.05);
   EXPECT_EQ(rowOf(chart, 2), (DoubleArray{3, 4.1, summary(OneANOM::Mean), NoValue, NoValue, 0}));
   EXPECT_EQ(summary(OneANOM::S), 0);
+  one({0.1 + 0.2, 0.3, 0.7, 0.7}, runsOf({"a", "b"}, 2), 0.05);
+  EXPECT_EQ(columnOf(chart, ANOMLevels::Upper), (DoubleArray{NoValue, NoValue}));
 
   chart = {};
   const auto number = [&](const DoubleArray& dy, const StringArray& dx, double alpha = 0.05) {
@@ -190,6 +194,7 @@ TEST_F(ANOM, OneFactorWithoutSpreadOrData) {
   EXPECT_EQ(number({1, 2}, {"a", "b"}), 5);
   EXPECT_EQ(number({1, 2, 3}, {"a", "b"}), 9);
   EXPECT_EQ(number({1, 2}, {"a", "a", "b"}), 9);
+  EXPECT_EQ(number({1, 2, 3, 4}, {"a", "a", "b", "b", "b"}, 0.0), 9);
   EXPECT_EQ(number({}, {"a", "b"}), 9);
   EXPECT_EQ(number({1, 2, 3}, {}), 9);
   EXPECT_EQ(number({1e300, -1e300, 1, 2}, {"a", "a", "b", "b"}), 6);
@@ -241,6 +246,24 @@ TEST_F(ANOM, LargerInteractionsTakeSidaksBound) {
       areClose(rowOf(chart12, 10), {4, -0.1385416666667, 0, -0.1608750721515, 0.1608750721515, 0}, 1e-11));
 }
 
+// Faults: the roundings of decimals taken for an error to judge by, or a true remainder, however small, for
+// roundings. By hand: the decimals are a sum of a row and a column; 9E-12 more in a cell leave a sum of
+// squares of (9E-12)^2 4/9, on 4 degrees of freedom.
+TEST_F(ANOM, RoundedSumsLeaveNoError) {
+  DoubleArray dy{0.1, 0.2, 0.3, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7};
+  const StringArray rows = runsOf({"a", "b", "c"}, 3);
+  const StringArray columns{"x", "y", "z", "x", "y", "z", "x", "y", "z"};
+  two(dy, rows, columns, true);
+  for (const DoubleArray* table : {&chart, &chart2}) {
+    EXPECT_EQ(columnOf(*table, ANOMLevels::Lower), DoubleArray(3, NoValue));
+    EXPECT_EQ(columnOf(*table, ANOMLevels::Signal), DoubleArray(3, 0.0));
+  }
+  dy(5) += 9e-12;
+  two(dy, rows, columns, true);
+  EXPECT_TRUE(isClose(summary(TwoANOM::S), 3e-12, 1e-4));
+  EXPECT_EQ(columnOf(chart, ANOMLevels::Signal), (DoubleArray{-1, -1, 1}));
+}
+
 // Faults: layouts that have no such chart get one.
 TEST_F(ANOM, TwoFactorsRefuse) {
   const StringArray dx1{"a", "a", "b", "b"};
@@ -251,6 +274,8 @@ TEST_F(ANOM, TwoFactorsRefuse) {
   EXPECT_EQ(number({1, 3, 2, 8}, dx1, {"x", "y", "x", "x"}, true), 5);
   EXPECT_EQ(number({1, 3, 2, 8}, dx1, {"x", "x", "x", "x"}, true), 5);
   EXPECT_EQ(number({1, 3, 2, 8}, dx1, {"x", "y", "x"}, true), 9);
+  EXPECT_EQ(number({1, 3, 2, 8}, dx1, {"x", "y", "x", "y", "x"}, true), 9);
+  EXPECT_EQ(number({1, 3, 2, 8}, {"a", "a", "b", "b", "b"}, {"x", "y", "x", "y"}, true), 9);
   EXPECT_EQ(number({1, 1, 1, 1}, dx1, {"x", "y", "x", "y"}, true), 0);
   EXPECT_EQ(chart(1, ANOMLevels::Upper), NoValue);
 }

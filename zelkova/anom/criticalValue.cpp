@@ -220,6 +220,32 @@ class StudentisedDeviation {
   std::unordered_map<Index, double> tails_;
 };
 
+/// The scale on which a tail p is close to a line over the logarithm of its critical value, wherever it is.
+double straightened(double p) { return std::log(-std::log1p(-p)); }
+
+/// The logarithm of the critical value for infinite degrees of freedom, to some six digits, by the secant
+/// method; `high` where that leaves the bracket of `low` and `high`, or the digits that a tail has.
+double roughLimit(Index k, double alpha, double low, double high) {
+  const LargestDeviation deviation(k);
+  const double scale = std::sqrt(static_cast<double>(k - 1) / static_cast<double>(k));
+  const auto excess = [&](double logH) {
+    return straightened(deviation.upperTail(scale * std::exp(logH))) - straightened(alpha);
+  };
+  double before = high;
+  double excessBefore = excess(before);
+  double logH = high - 0.01;
+  for (int round = 0; round < 10; ++round) {
+    const double excessNow = excess(logH);
+    const double next = logH - excessNow * (logH - before) / (excessNow - excessBefore);
+    if (!(next >= low && next <= high)) return high;
+    if (std::fabs(next - logH) < 1e-4) return next;
+    before = logH;
+    excessBefore = excessNow;
+    logH = next;
+  }
+  return high;
+}
+
 /// The level of each of k deviations at which all together keep `alpha`, were they independent. Deliberate:
 /// two deviations are one and the same but for the sign, and need no allowance for a second.
 double levelOfEach(double alpha, Index k) {
@@ -232,13 +258,14 @@ double exactCriticalValue(WorksheetFunction& host, double alpha, Index k, double
   const double bound = boundedCriticalValue(host, alpha, k, df);
   if (k == 2) return bound;
 
-  // In ln(-ln(1 - alpha)) the tail is close to a line over ln h, wherever it is: Newton's method, held
-  // between the critical values of a single deviation and of independent ones.
-  const auto straightened = [](double p) { return std::log(-std::log1p(-p)); };
+  // Newton's method, held between the critical values of a single deviation and of independent ones.
   StudentisedDeviation deviation(k, df);
   double low = checked::log(host.TInv(alpha, df));
   double high = checked::log(bound);
-  double logH = high;
+  // With many degrees of freedom the places lie close together, and every stop on the way costs the tails of
+  // its own: start near the end.
+  constexpr double many = 1000;
+  double logH = df > many ? roughLimit(k, alpha, low, high) : high;
   for (int round = 0; round < 60; ++round) {
     const auto [p, slope] = deviation.upperTail(logH);
     (p > alpha ? low : high) = logH;

@@ -12,7 +12,8 @@ namespace zelkova::anom {
 /// to 6 below.
 double exactCriticalValue(WorksheetFunction& host, double alpha, Index k, double df);
 
-/// For `k` >= 2 deviations of any correlation (Sidak, 1967): never less than exact, and exact for k = 2.
+/// For `k` >= 2 deviations of any correlation (Sidak, 1967): never less than exact. It is exact for k = 2:
+/// the deviations of two means from the mean of all are one contrast but for the sign.
 double boundedCriticalValue(WorksheetFunction& host, double alpha, Index k, double df);
 
 /// The same where the standard deviation is known.

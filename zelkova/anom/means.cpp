@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <string>
 #include <utility>
 
@@ -21,6 +23,28 @@ using anom::putRow;
 using anom::signalsOf;
 
 namespace {
+
+/// Failure 9 unless the labels `dx`, known by `name`, are as many as the values `dy`. Deliberate: surplus
+/// labels too show that the two columns do not belong together.
+void checkLabels(const char* name, const StringArray& dx, const DoubleArray& dy) {
+  const std::size_t labels = dx.vector().size();
+  const std::size_t values = dy.vector().size();
+  if (labels == values) return;
+  raise(FailureNumber::OutOfRange,
+        std::string(name).append(" must have as many labels as dy has values, but has ") +
+            std::to_string(labels) + " for " + std::to_string(values));
+}
+
+/// The standard deviation of the error of the values `dy`, from `squares` on `df` degrees of freedom, each of
+/// which the roundings of so many `terms` may have touched. Deliberate: 0 where it is no more than roundings
+/// make it, so that decimals that are free of error count as such though they are not in binary.
+double errorDeviation(const DoubleArray& dy, double squares, double df, double terms) {
+  double largest = 0;
+  for (const double y : dy.vector()) largest = std::max(largest, std::fabs(y));
+  const double roundings = 4 * std::numeric_limits<double>::epsilon() * std::sqrt(terms) * largest;
+  const double S = checked::root(checked::finite(squares) / df);
+  return S > roundings ? S : 0;
+}
 
 /// Deliberate: without spread in the error there is nothing to measure deviations by, and no limits; limits
 /// on the centre line would have every level signal whose mean differs by a rounding.
@@ -56,8 +80,8 @@ BalancedLayout analyseBalanced(const DoubleArray& dy, const Levels& levels1, con
     raise(FailureNumber::InvalidCall,
           "without replicates there is no error to judge by; Additive true takes the interaction");
   }
-  const double squares = parts.within + (additive ? parts.ss12 : 0);
-  layout.S = checked::root(checked::finite(squares) / layout.df);
+  layout.S = additive ? errorDeviation(dy, parts.within + parts.ss12, layout.df, parts.a * parts.b)
+                      : errorDeviation(dy, parts.within, layout.df, 1);
   return layout;
 }
 
@@ -111,6 +135,7 @@ StringArray pairLabels(const StringArray& labels1, const StringArray& labels2) {
 
 void yANOM::ANOMOneOutput(const DoubleArray& dy, const StringArray& dx, double alpha, DoubleArray& ANOMValue,
                           DoubleArray& ANOMValue_I, StringArray& ANOMlabel) const {
+  checkLabels("dx", dx, dy);
   const Levels levels(dx.vector());
   checkComparison(alpha, levels.count());
   const std::vector<GroupSummary> groups = summariesOf(dy.vector(), levels.codes(), levels.count());
@@ -121,7 +146,7 @@ void yANOM::ANOMOneOutput(const DoubleArray& dy, const StringArray& dx, double a
   }
   double squares = 0;
   for (const GroupSummary& group : groups) squares += group.squares;
-  const double S = checked::root(checked::finite(squares) / df);
+  const double S = errorDeviation(dy, squares, df, 1);
   const double critical = haveOneSize(groups)
                               ? exactCriticalValue(worksheetFunction(), alpha, levels.count(), df)
                               : boundedCriticalValue(worksheetFunction(), alpha, levels.count(), df);
@@ -152,6 +177,8 @@ void yANOM::ANOMTwoOutput(const DoubleArray& dy, const StringArray& dx1, const S
                           bool Additive, double alpha, DoubleArray& ANOMValue, DoubleArray& ANOMValue_I1,
                           DoubleArray& ANOMValue_I2, DoubleArray& ANOMValue_I12, StringArray& UniX1,
                           StringArray& UniX2, StringArray& UniX12) const {
+  checkLabels("dx1", dx1, dy);
+  checkLabels("dx2", dx2, dy);
   const Levels levels1(dx1.vector());
   const Levels levels2(dx2.vector());
   checkComparison(alpha, std::min(levels1.count(), levels2.count()));

@@ -16,9 +16,10 @@ ZELKOVA_SLOTS(RateANOMLevels, N, Point, Centre, Lower, Upper, Signal, Small);
 /// Analysis of means (Ott, 1967; Nelson, 1983): which levels differ from the mean of all. Binds to the host.
 ///
 /// `alpha`, between 0 and 1, is the probability that any point of a chart signals where the levels do not
-/// differ. A chart is a table with a row for each level: the number of values or the size, the point, the
-/// centre line and the two decision limits, all in the unit of the points, and the signal, 1 for a point
-/// above its upper limit, -1 for one below its lower limit and 0 for all others, a point on a limit too.
+/// differ: at most, and exactly where the critical value is exact. A chart is a table with a row for each
+/// level: the number of values or the size, the point, the centre line and the two decision limits, all in
+/// the unit of the points, and the signal, 1 for a point above its upper limit, -1 for one below its lower
+/// limit and 0 for all others, a point on a limit too.
 ///
 /// Failures of all methods: 5 for an `alpha` outside (0, 1) and for a single level, 9 for an array that was
 /// never filled and for lengths that do not match, 6 where a result overflows.
@@ -27,8 +28,8 @@ class yANOM : public HostBound {
   /// Means of the values `dy` by the labels `dx`, compared exactly, against the mean of all values.
   /// `ANOMValue_I` gets a row for each level in order of first appearance, `ANOMlabel` the levels.
   /// `CriticalValue` is exact for levels of equal size and for two levels, else Sidak's bound (1967). Values
-  /// that do not vary within their levels have the limits `NoValue` and no signals. Failure 5 where every
-  /// level has a single value.
+  /// that do not vary within their levels, but for a rounding, have the `S` 0, the limits `NoValue` and no
+  /// signals. Failure 5 where every level has a single value.
   void ANOMOneOutput(const DoubleArray& dy, const StringArray& dx, double alpha, DoubleArray& ANOMValue,
                      DoubleArray& ANOMValue_I, StringArray& ANOMlabel) const;
 
@@ -40,9 +41,9 @@ class yANOM : public HostBound {
   /// as error, its slots are `NoValue`, its two arrays are not filled.
   ///
   /// Critical values are exact for the factors, and for the interaction where a factor has two levels; else
-  /// Sidak's bound for all cells. An error without spread leaves the limits at `NoValue`. Failure 5 for an
-  /// unbalanced layout, for a factor with a single level, and where no degrees of freedom are left for the
-  /// error, as without replicates unless `Additive` is true.
+  /// Sidak's bound for all cells. An error without spread, but for a rounding, has the `S` 0 and leaves the
+  /// limits at `NoValue`. Failure 5 for an unbalanced layout, for a factor with a single level, and where no
+  /// degrees of freedom are left for the error, as without replicates unless `Additive` is true.
   void ANOMTwoOutput(const DoubleArray& dy, const StringArray& dx1, const StringArray& dx2, bool Additive,
                      double alpha, DoubleArray& ANOMValue, DoubleArray& ANOMValue_I1,
                      DoubleArray& ANOMValue_I2, DoubleArray& ANOMValue_I12, StringArray& UniX1,

@@ -1,3 +1,5 @@
+#include <string>
+
 #include "zelkova/anom/yANOM.h"
 #include "zelkova/catalogue/describe.h"
 #include "zelkova/catalogue/subjects.h"
@@ -10,24 +12,29 @@ using Note = ArgumentNote;
 
 Class analysisOfMeans() {
   const Note alpha("alpha",
-                   "the level of significance, such as 0.05: how often a chart of levels that do not differ "
-                   "has any point that signals");
+                   "the level of significance, such as 0.05: at most how often a chart of levels that do not "
+                   "differ has any point that signals (exactly so where the critical value is exact)");
+  const Note rateAlpha("alpha",
+                       "the level of significance, such as 0.05: at most how often, as far as the normal "
+                       "approximation goes, a chart of levels that do not differ has any point that signals");
   const Note data("dy", "the data");
-  const Note tooSmall("TooSmall",
-                      "true where a level is too small for the normal approximation; the chart is drawn all "
-                      "the same");
+  const Note tooSmall(
+      "TooSmall",
+      "true where a level is too small for the normal approximation; the chart is drawn all the same");
 
   const char* const signals =
       "Signal is 1 for a point above its upper limit, -1 for one below its lower limit, and 0 for all "
-      "others, "
-      "a point on a limit included. Signals counts both.";
+      "others, a point on a limit included. Signals counts both.";
   const char* const noSpread =
-      "Without any spread in the error there is nothing to measure deviations by: the limits have no value "
-      "and nothing signals.";
+      "Without any spread in the error, but for roundings, there is nothing to measure deviations by: S is "
+      "0, the limits have no value and nothing signals.";
   const char* const normal =
-      "The critical value is the normal quantile at Sidak's level for the number of levels, and the spread "
-      "is "
-      "that of the common rate. Two levels need no such allowance: they deviate alike.";
+      "The critical value is the normal quantile at Sidak's level for the number of levels, be their sizes "
+      "equal or not, and the spread is that of the common rate. Two levels need no such allowance: they "
+      "deviate alike.";
+  const std::string failures = "Failures: 5 for an alpha outside (0, 1) and for a single level";
+  const std::string rateFailures =
+      ", 5 for a negative count or size, 9 where dy and dxN differ in length, 11 for a size of 0.";
 
   Note levelRows("ANOMValue_I", "a row for each level");
   levelRows.table().slots(ANOMLevels::names);
@@ -42,14 +49,16 @@ Class analysisOfMeans() {
               levelRows,
               Note("ANOMlabel", "the levels in order of first appearance: the rows of ANOMValue_I"))
       .note(
-          "The centre line is the mean of all values. Its limits lie the critical value times "
-          "S sqrt((N - n)/(N n)) away, for n of N values.")
+          "The centre line is the mean of all values. Its limits lie the critical value times S sqrt((N - "
+          "n)/(N n)) away, for n of N values.")
       .note(
           "The critical value is exact for levels of equal size, and for two levels. For levels of unequal "
           "size it is Sidak's bound, a Student quantile, which is a little larger than need be.")
       .note(signals)
       .note(noSpread)
-      .note("Where every level has a single value the call fails: there is no error to judge by.")
+      .note(failures +
+            ", 5 where every level has a single value, which leaves no error to judge by, 9 where dy and dx "
+            "differ in length.")
       .method(
           "ANOMTwoOutput", &yANOM::ANOMTwoOutput,
           "Means of the levels of two factors in a balanced layout, and effects of their interaction", data,
@@ -57,8 +66,7 @@ Class analysisOfMeans() {
           Note("dx2", "the label of each value under factor 2"),
           Note("Additive", "true leaves out the interaction: its variation counts as error"), alpha,
           Note("ANOMValue",
-               "the study, with critical value and signals of factor 1, factor 2 and their "
-               "interaction (12)")
+               "the study, with critical value and signals of factor 1, factor 2 and their interaction (12)")
               .slots(TwoANOM::names),
           Note("ANOMValue_I1", "a row for each level of factor 1").table().slots(ANOMLevels::names),
           Note("ANOMValue_I2", "a row for each level of factor 2").table().slots(ANOMLevels::names),
@@ -73,17 +81,18 @@ Class analysisOfMeans() {
           "explain.")
       .note(
           "Critical values are exact for both factors, and for the interaction where a factor has two "
-          "levels. "
-          "Otherwise that of the interaction is Sidak's bound for all pairs.")
+          "levels. Otherwise that of the interaction is Sidak's bound for all pairs, which is larger than "
+          "need be.")
       .note(
           "The layout must be balanced, with the same number of values for each pair of levels and two "
-          "levels "
-          "or more of each factor. Without replicates only Additive true leaves an error to judge by. "
-          "Anything else is failure 5.")
+          "levels or more of each factor. Without replicates only Additive true leaves an error to judge by.")
       .note(signals)
       .note(noSpread)
+      .note(failures +
+            " of a factor, 5 for an unbalanced layout and where there is no error to judge by, 9 where dy "
+            "and dx1 or dx2 differ in length.")
       .method("ANOMBinomialOutput", &yANOM::ANOMBinomialOutput, "Proportions of defectives",
-              Note("dy", "the defectives of each level"), Note("dxN", "the items of each level"), alpha,
+              Note("dy", "the defectives of each level"), Note("dxN", "the items of each level"), rateAlpha,
               Note("ANOMValue", "the study: N are all items, Mean is their proportion of defectives")
                   .slots(RateANOM::names),
               rateRows, tooSmall)
@@ -93,9 +102,10 @@ Class analysisOfMeans() {
           "Small is 1, and TooSmall true, where at most 5 defectives or at most 5 good items are to be "
           "expected of a level at the common proportion.")
       .note(signals)
+      .note(failures + ", 5 for more defectives than items" + rateFailures)
       .method("ANOMPoissonOutput", &yANOM::ANOMPoissonOutput, "Defects per unit",
               Note("dy", "the defects of each level"), Note("dxN", "the number of units of each level"),
-              alpha,
+              rateAlpha,
               Note("ANOMValue", "the study: N are all units, Mean is their rate of defects")
                   .slots(RateANOM::names),
               rateRows, tooSmall)
@@ -103,9 +113,9 @@ Class analysisOfMeans() {
       .note("A lower limit below 0 is 0.")
       .note(
           "Small is 1, and TooSmall true, where at most 5 defects are to be expected of a level at the "
-          "common "
-          "rate.")
+          "common rate.")
       .note(signals)
+      .note(failures + rateFailures)
       .done();
 }
 
