@@ -1,7 +1,10 @@
 #include "cli/Session.h"
 
+#include <algorithm>
+#include <filesystem>
 #include <utility>
 
+#include "cli/text.h"
 #include "host/EmbeddedHost.h"
 #include "host/xlsx/saveWorkbook.h"
 #include "zelkova/frame/RunningObjects.h"
@@ -10,6 +13,16 @@
 namespace zelkova::cli {
 
 using random::UniformStream;
+
+namespace {
+
+/// Whether a method works on the sheet that it is given, rather than draw a whole form.
+bool touchesUp(const Method& method) {
+  return std::any_of(method.arguments.begin(), method.arguments.end(),
+                     [](const Argument& argument) { return argument.type == ValueType::Sheet; });
+}
+
+}  // namespace
 
 Session::Session(std::optional<std::uint64_t> seed) {
   if (seed) UniformStream::get().set(*seed);
@@ -24,6 +37,11 @@ Session::~Session() {
 Answer Session::run(Request& request) {
   messages_.clear();
   if (request.workbook() && request.workbook() != workbookPath_) {
+    if (touchesUp(request.method()) && std::filesystem::exists(*request.workbook())) {
+      throw RequestError(
+          inQuotes(*request.workbook()) + " is not what was drawn last: " + request.name() +
+          " would begin a blank sheet in its place; draw the form again, or name another file");
+    }
     workbook_ = Workbook();
     workbookPath_ = request.workbook();
   }

@@ -30,6 +30,7 @@ class Session {
 
   /// A request that names a workbook draws on its sheet: a new one, or the one that was drawn on last, where
   /// that was of the same workbook. A failure leaves the sheet as it was.
+  /// RequestError for a method that touches up a file which was not drawn last: it would be lost.
   Answer run(Request& request);
 
   /// Runs the request and, where that went well, saves the workbook that it names.

@@ -141,6 +141,15 @@ int call(const Options& options, std::istream& in, std::ostream& out, std::ostre
   return answer.failure ? methodFailed : success;
 }
 
+/// "yTemplate.drawPugh", of which a user may leave out all but the last word.
+std::string formMethod(std::string name) {
+  const std::string subject = "yTemplate.";
+  if (name.starts_with(subject)) name.erase(0, subject.size());
+  const Class& forms = findClass("yTemplate");
+  if (forms.find(name) == nullptr && forms.find("draw" + name) != nullptr) name.insert(0, "draw");
+  return subject + name;
+}
+
 void list(const Options& options, std::ostream& out) {
   out << (options.json ? listJson() : options.markdown ? listMarkdown() : listText());
 }
@@ -270,7 +279,7 @@ int runProgram(const std::vector<std::string>& arguments, std::istream& in, std:
     Options options;
     CommandLine commandLine(options);
     if (const std::optional<int> code = commandLine.parse(arguments, out, err)) return *code;
-    if (commandLine.isForm()) options.target = "yTemplate." + options.target;
+    if (commandLine.isForm()) options.target = formMethod(options.target);
     if (commandLine.isCall() || commandLine.isForm()) return call(options, in, out, err);
     if (commandLine.isBatch()) {
       Session session(seedOf(options));

@@ -464,6 +464,14 @@ TEST(Program, RequestsNameTheirWorkbook) {
   const Outcome other = run({"call", "WorksheetFunction.NormSDist", "z=1", "--out", folder / "a.xlsx"});
   EXPECT_EQ(other.code, 2);
   EXPECT_NE(other.err.find("draws on no worksheet"), std::string::npos) << other.err;
+
+  // What was not drawn last cannot be touched up: it would be lost.
+  const std::string form = contentOf(folder / "a.xlsx");
+  const Outcome lost = run({"call", "yTemplate.AddComment", "tcell=A1", "stext=x", "dwidth=90", "dheight=40",
+                            "--out", folder / "a.xlsx"});
+  EXPECT_EQ(lost.code, 2);
+  EXPECT_EQ(contentOf(folder / "a.xlsx"), form);
+  EXPECT_EQ(run({"form", "Pugh", "NC=1", "nr=1", "--out", folder / "a.xlsx"}).code, 0);
 }
 
 // Fault: a form that a failure cut short, saved with the next drawing.
