@@ -20,7 +20,7 @@ struct LineFormat {
   BorderWeight weight = BorderWeight::Thin;
   int color = automaticColor;
 
-  friend auto operator<=>(const LineFormat&, const LineFormat&) = default;
+  friend auto operator<=>(const LineFormat&, const LineFormat&) = default;  // NOLINT(modernize-use-nullptr)
 };
 
 struct FontFormat {
@@ -29,7 +29,7 @@ struct FontFormat {
   bool bold = false;
   int color = automaticColor;
 
-  friend auto operator<=>(const FontFormat&, const FontFormat&) = default;
+  friend auto operator<=>(const FontFormat&, const FontFormat&) = default;  // NOLINT(modernize-use-nullptr)
 };
 
 /// How one cell looks. Alignments that were never set are the host's "general" and "bottom".
@@ -48,7 +48,7 @@ struct CellFormat {
   LineFormat& line(CellLine which) { return lines[static_cast<std::size_t>(which)]; }
   const LineFormat& line(CellLine which) const { return lines[static_cast<std::size_t>(which)]; }
 
-  friend auto operator<=>(const CellFormat&, const CellFormat&) = default;
+  friend auto operator<=>(const CellFormat&, const CellFormat&) = default;  // NOLINT(modernize-use-nullptr)
 };
 
 /// The formats of a sheet, each kept once. Number 0 is the format of a cell that nobody touched.

@@ -191,7 +191,7 @@ void MemorySheet::changeLines(const CellArea& area, CellLine line,
 
 void MemorySheet::redraw(const CellArea& area, BorderItem item,
                          const std::function<void(LineFormat&)>& change) {
-  const auto [top, left, bottom, right] = area;
+  const Index top = area.firstRow, left = area.firstColumn, bottom = area.lastRow, right = area.lastColumn;
   const auto column = [&](Index first, Index last, CellLine line) {
     if (first >= 1 && last <= columnsOfSheet && first <= last)
       changeLines({top, first, bottom, last}, line, change);
@@ -242,7 +242,7 @@ void MemorySheet::merge(const CellArea& area) {
     if (other != nullptr && !area.contains(*other)) refuseAsHost("We can't do that to a merged cell.");
   });
   separate(area);
-  const auto [top, left, bottom, right] = area;
+  const Index top = area.firstRow, left = area.firstColumn, bottom = area.lastRow, right = area.lastColumn;
   const CellFormat first = format(top, left);
   reformat(area, [&](CellFormat& cell) {
     const auto lines = cell.lines;
@@ -289,7 +289,7 @@ MemorySheet::Rule MemorySheet::addRule(const CellArea& area, const std::string& 
   const bool stands =
       std::any_of(rules_.begin(), rules_.end(), [&](const auto& entry) { return entry.first.meets(area); });
   if (stands) refuseAsHost("the cells have a validation rule already");
-  const auto rule = std::make_shared<ValidationRule>();
+  auto rule = std::make_shared<ValidationRule>();
   rule->list = checkedText(list);
   rules_.emplace_back(area, rule);
   return rule;

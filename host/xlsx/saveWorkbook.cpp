@@ -79,7 +79,9 @@ std::uint8_t lineOf(const LineFormat& line) {
 
 bool isPlace(int color) { return color >= 1 && color <= static_cast<int>(std::size(palette)); }
 /// The library takes 0 for no colour at all.
-lxw_color_t rgb(int color) { return palette[color - 1] == 0 ? lxw_color_t{LXW_COLOR_BLACK} : palette[color - 1]; }
+lxw_color_t rgb(int color) {
+  return palette[color - 1] == 0 ? lxw_color_t{LXW_COLOR_BLACK} : palette[color - 1];
+}
 
 std::uint8_t alignmentOf(HorizontalAlignment alignment) {
   switch (alignment) {
@@ -238,6 +240,7 @@ class SheetWriter {
   void writeRule(const CellArea& area, const ValidationRule& rule) {
     std::vector<std::string> entries = entriesOf(rule.list);
     std::vector<char*> list;
+    list.reserve(entries.size() + 1);
     for (std::string& entry : entries) list.push_back(entry.data());
     list.push_back(nullptr);
     // The library takes its texts as what could be changed, and copies them.

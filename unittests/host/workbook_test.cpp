@@ -72,7 +72,7 @@ TEST(Deletion, FormulasFollow) {
 TEST(MemorySheet, DeletedCellsAreClosedUp) {
   const auto filled = [] {
     Workbook workbook;
-    const auto sheet = workbook.firstSheet();
+    auto sheet = workbook.firstSheet();
     sheet->range("E5:F5")->setMergeCells(true);
     sheet->range("E5")->setValue("moves");
     sheet->range("E5")->setInteriorColorIndex(44);

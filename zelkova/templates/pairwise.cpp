@@ -26,10 +26,24 @@ std::string mirrored(const std::string& cell) {
                                        verdict("Less", "More", verdict("Much less", "Much more", "\"\"")))));
 }
 
-std::string weighted(const std::string& verdicts) {
+std::string weighted(const Cells& row) {
+  const std::string verdicts =
+      address(row.firstColumn, row.firstRow) + ":" + address(row.lastColumn, row.lastRow);
   const auto count = [&](const char* verdict) { return "COUNTIF(" + verdicts + ",\"" + verdict + "\")"; };
   return "=" + count("Much more") + "*9+" + count("More") + "*3+" + count("Equal") + "*1+" + count("Less") +
          "/3+" + count("Much less") + "/9";
+}
+
+std::string shareOf(const std::string& one, const std::string& all) {
+  return "=IF(SUM(" + all + ")>0," + one + "/SUM(" + all + "),0)";
+}
+
+std::string rankOf(const std::string& one, const std::string& all) {
+  return "=RANK(" + one + "," + all + ")";
+}
+
+std::string barOf(const std::string& share) {
+  return "=IF(" + share + "=0,\"\",REPT(\"" + barCharacter + "\"," + share + "*" + barLength + "))";
 }
 
 }  // namespace
@@ -85,12 +99,10 @@ void yTemplate::drawPairwise(std::int16_t NP) const {
   const std::string priorities = address(priority, 2) + ":" + address(priority, last);
   for (Index row = 2; row <= last; ++row) {
     const std::string own = address(priority, row), ownShare = address(share, row);
-    sheet.range(own)->setValue(weighted(address(2, row) + ":" + address(last, row)));
-    sheet.range(ownShare)->setValue("=IF(SUM(" + priorities + ")>0," + own + "/SUM(" + priorities + "),0)");
-    sheet.range(address(rank, row))->setValue("=RANK(" + own + "," + priorities + ")");
-    sheet.range(address(chart, row))
-        ->setValue("=IF(" + ownShare + "=0,\"\",REPT(\"" + barCharacter + "\"," + ownShare + "*" + barLength +
-                   "))");
+    sheet.range(own)->setValue(weighted({2, row, last, row}));
+    sheet.range(ownShare)->setValue(shareOf(own, priorities));
+    sheet.range(address(rank, row))->setValue(rankOf(own, priorities));
+    sheet.range(address(chart, row))->setValue(barOf(ownShare));
   }
   sheet.range(priorities)->setNumberFormat("0.00");
   sheet.range(Cells{share, 2, share, last}.address())->setNumberFormat("0.00%");
