@@ -120,6 +120,54 @@ TEST_F(LifeRegression, FitsEveryDistributionAsReferenceDoes) {
   }
 }
 
+// Faults: times or covariates far from 0 whose digits go into the differences: standard errors that are
+// noise, and a finite maximum where there is none. Expected: R as above; an offset moves the constant alone,
+// and times in units of 256 days add ln 256 for each of the 164 deaths.
+TEST_F(LifeRegression, KeepsItsDigitsFarFromZero) {
+  const LungPatients lung;
+  // A million standard deviations.
+  constexpr double offset = 9e6;
+  DoubleArray design = lung.design;
+  for (Index i = 1; i <= 227; ++i) design(i, 3) += offset;
+  regress(lung.days, lung.end, design, "Weibull",
+          DoubleArray::table({{1, offset + 50, 2, 0}, {1, offset + 70, 1, 2}}));
+  const double seOfConstant = regtable(2, RelationCoefficient::SE);
+  expectFit(-262.473042245,
+            {1.36778511921, 6.273435252 + offset * 0.00747543940914, -0.00747543940914, 0.401090541193,
+             -0.339638098309},
+            {0.0839087686226, seOfConstant, 0.00676350766753, 0.123732566515, 0.0834784150301});
+  EXPECT_TRUE(areClose(columnOf(ptiletable, LifeRegressionPercentile::SE),
+                       {26.7636365105, 96.0925748155, 7.6453320159, 21.2944324363}, 1e-5));
+
+  constexpr double later = 1 << 20, unit = 256;
+  DoubleArray starts = lung.days, ends = lung.end;
+  for (Index i = 1; i <= 227; ++i) {
+    starts(i) = later + starts(i) / unit;
+    if (ends(i) != NoValue) ends(i) = starts(i);
+  }
+  for (const auto& [dist, logLikelihood, P, se] :
+       {Reference{"Smallest Extreme Value",
+                  -1198.99308967,
+                  {253.963803412, 571.822621728, -1.78060488275, 117.019327613, -126.216601542},
+                  {13.3806202512, 157.863463589, 2.34959430582, 42.8727827439, 28.7015580938}},
+        Reference{"Normal",
+                  -1163.98765875,
+                  {232.799217767, 424.503720651, -1.97789816273, 114.522936533, -94.7687006352},
+                  {12.9117187694, 132.490068311, 1.89257233727, 34.8704135841, 23.5306211013}},
+        Reference{"Logistic",
+                  -1163.0287761,
+                  {130.928026037, 344.716643699, -1.25370245309, 127.085096162, -99.3005124699},
+                  {8.43881984628, 128.83826058, 1.85325321564, 34.4818110429, 22.9336293601}}}) {
+    SCOPED_TRACE(dist);
+    DoubleArray inUnits = P, seInUnits = se;
+    for (double& p : inUnits.elements()) p /= unit;
+    for (double& e : seInUnits.elements()) e /= unit;
+    inUnits(2) += later;
+    regress(starts, ends, lung.design, dist);
+    expectFit(logLikelihood + 164 * std::log(unit), inUnits, seInUnits);
+  }
+}
+
 // Faults: a kind of row read at the wrong end, frequencies left out or, for the logistic family, made to
 // count as elsewhere. Expected: R, survreg(Surv(SA, EA, type = "interval2") ~ x, weights = FA, dist), for the
 // logistic family without weights and without the two left-censored rows, which tell it nothing.
@@ -217,9 +265,12 @@ TEST_F(LifeRegression, RefusesWhatHasNoAnswer) {
   for (const char* dist : {"Weibull", "Normal", "Loglogistic"}) {
     regress(motors.hours, motors.end, coldGroup, dist);
     regress({3, 5}, {3, 5}, pairs, dist);
+    DoubleArray farGroup = coldGroup;
+    for (Index i = 1; i <= 40; ++i) farGroup(i, 3) += 1e6;
+    regress(motors.hours, motors.end, farGroup, dist);
   }
   regress({3, 5, 6}, {3, 5, 6}, thrice, "Logistic");
-  EXPECT_EQ(messages, std::vector<std::string>(8, "Cannot Find solution"));
+  EXPECT_EQ(messages, std::vector<std::string>(11, "Cannot Find solution"));
   EXPECT_FALSE(regtable.filled());
   regress({3, 5, 6}, {3, 5, 6}, thrice, "weibull");
   EXPECT_FALSE(regtable.filled());
@@ -233,6 +284,7 @@ TEST_F(LifeRegression, RefusesWhatHasNoAnswer) {
   EXPECT_EQ(failureOf({3, 5}, pairs, DoubleArray::table({{1, 2, 3}})), 9);
   EXPECT_EQ(failureOf({3, -5}, pairs), 5);
   EXPECT_EQ(failureOf({3, NoValue}, pairs), 5);
+  EXPECT_EQ(failureNumber([&] { regress({3, 5}, {3, 4}, pairs, "Weibull"); }), 5);
   EXPECT_EQ(failureOf({3, 5}, DoubleArray::table({{1, 2, 4}, {1, 1, 2}})), 5);
   EXPECT_EQ(failureOf({3, 5}, DoubleArray::table({{1, 2}, {-1, 1}})), 5);
   EXPECT_EQ(failureOf({3, 5}, DoubleArray::table({{1, 2}, {1, NoValue}})), 5);

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "zelkova/frame/Array.h"
 
@@ -14,11 +15,18 @@ struct LifeRegressionFit {
   DoubleArray V;
   double logLikelihood;
   int iterations;
+  DoubleArray directions;  ///< how `P` changes with the searched parameters, by columns
+  DoubleArray searchedV;   ///< the covariance of the searched parameters
 
   /// The covariates of a row of `design`, from its column `first` on, times the coefficients.
   double location(const DoubleArray& design, Index row, Index first) const;
   double locationVariance(const DoubleArray& design, Index row, Index first) const;
   double spreadCovariance(const DoubleArray& design, Index row, Index first) const;
+
+ private:
+  /// How the location of a row changes with the searched parameters: unlike in `V`, the digits of a covariate
+  /// far from 0 are not squared before they cancel.
+  std::vector<double> inSearchSpace(const DoubleArray& design, Index row, Index first) const;
 };
 
 /// The maximum of the likelihood of "LDR" and `dist` (see `NegLogLik`) by `LBFGSMinimize`, with the observed
