@@ -168,6 +168,42 @@ TEST_F(LifeRegression, KeepsItsDigitsFarFromZero) {
   }
 }
 
+// Fault: the probability of an interval from ends that agree but for their last digits. Expected: R as above
+// for exact times; an interval this narrow adds the logarithm of its width.
+TEST_F(LifeRegression, TakesNarrowIntervalsAsExactTimes) {
+  const Motors motors;
+  DoubleArray design(40, 3, 1.0);
+  for (Index i = 1; i <= 40; ++i) design(i, 3) = motors.temperature(i);
+  for (const auto& [dist, logLikelihood, P, se] :
+       {Reference{"Weibull",
+                  -25.9716375765,
+                  {2.9910990474, 16.3185193824, -0.0453070534788},
+                  {0.642478035562, 0.622963863426, 0.00318582106052}},
+        Reference{"Normal",
+                  -167.887953479,
+                  {2181.52728443, 26115.0330876, -117.324228772},
+                  {414.330499196, 3029.06965626, 15.9471132209}},
+        Reference{"Loglogistic",
+                  -26.8356186608,
+                  {0.296009289473, 16.1951684977, -0.045160485381},
+                  {0.0646254965507, 0.703339131952, 0.00364530121448}}}) {
+    for (const double h : {1e-7, 1e-11}) {
+      SCOPED_TRACE(dist);
+      DoubleArray starts = motors.hours, ends = motors.end;
+      double lnWidths = 0;
+      for (Index i = 1; i <= 40; ++i) {
+        if (ends(i) == NoValue) continue;
+        starts(i) *= 1 - h;
+        ends(i) *= 1 + h;
+        const double width = ends(i) - starts(i);
+        lnWidths += std::log(dist == std::string("Normal") ? width : std::log1p(width / starts(i)));
+      }
+      regress(starts, ends, design, dist);
+      expectFit(logLikelihood + lnWidths, P, se);
+    }
+  }
+}
+
 // Faults: a kind of row read at the wrong end, frequencies left out or, for the logistic family, made to
 // count as elsewhere. Expected: R, survreg(Surv(SA, EA, type = "interval2") ~ x, weights = FA, dist), for the
 // logistic family without weights and without the two left-censored rows, which tell it nothing.

@@ -41,6 +41,14 @@ const Model* modelNamed(std::string_view dist) {
   return nullptr;
 }
 
+/// A row in standardised values.
+struct Standardised {
+  Observation kind;
+  double start;
+  double end;
+  double width;
+};
+
 /// A location for each row and one spread.
 class LocationLikelihood {
  protected:
@@ -53,7 +61,9 @@ class LocationLikelihood {
     double result = 0;
     for (std::size_t i = 0; i < rows_.kind.size(); ++i) {
       const double m = location(i);
-      result += terms(i, rows_.kind[i], (rows_.start[i] - m) * perSigma, (rows_.end[i] - m) * perSigma);
+      const Standardised z{rows_.kind[i], (rows_.start[i] - m) * perSigma, (rows_.end[i] - m) * perSigma,
+                           rows_.width[i] * perSigma};
+      result += terms(i, z);
     }
     return checked::finite(result);
   }
@@ -87,18 +97,18 @@ class LocationLikelihood {
 };
 
 template <class Terms>
-double term(const Terms& family, Observation kind, double zStart, double zEnd) {
-  switch (kind) {
+double term(const Terms& family, const Standardised& z) {
+  switch (z.kind) {
     case Observation::Exact:
-      return family.exact(zStart);
+      return family.exact(z.start);
     case Observation::Right:
-      return family.right(zStart);
+      return family.right(z.start);
     case Observation::Left:
-      return family.left(zEnd);
+      return family.left(z.end);
     case Observation::Interval:
       break;
   }
-  return family.interval(zStart, zEnd);
+  return family.interval(z.start, z.end, z.width);
 }
 
 std::vector<std::size_t> rowsInOrder(const DoubleArray& SA) {
@@ -124,9 +134,7 @@ class AccelerationLikelihood : public Objective, private LocationLikelihood {
     return -withFamily(spread, [&](const auto& family) {
       return over(
           perSigma(spread), [&](std::size_t i) { return b0 + b1 * x_[i]; },
-          [&](std::size_t, Observation kind, double zStart, double zEnd) {
-            return term(family, kind, zStart, zEnd);
-          });
+          [&](std::size_t, const Standardised& z) { return term(family, z); });
     });
   }
 
@@ -146,9 +154,7 @@ class FrequencyLikelihood : public LocatedLikelihood, private LocationLikelihood
     if (model().family == Family::Logistic) return -logistic(spread, location);
     return -withFamily(spread, [&](const auto& family) {
       return over(perSigma(spread), location,
-                  [&](std::size_t i, Observation kind, double zStart, double zEnd) {
-                    return frequency_[i] * term(family, kind, zStart, zEnd);
-                  });
+                  [&](std::size_t i, const Standardised& z) { return frequency_[i] * term(family, z); });
     });
   }
 
@@ -159,11 +165,11 @@ class FrequencyLikelihood : public LocatedLikelihood, private LocationLikelihood
   double logistic(double spread, Location location) const {
     const double lnSigma = checked::log(spread);
     const families::LogisticFamily family(lnSigma);
-    return over(perSigma(spread), location, [&](std::size_t i, Observation kind, double zStart, double zEnd) {
-      if (kind == Observation::Exact)
-        return -frequency_[i] * zStart - lnSigma - 2 * families::softplus(-zStart);
-      if (kind == Observation::Left) return frequency_[i] * family.left(zStart);
-      return frequency_[i] * term(family, kind, zStart, zEnd);
+    return over(perSigma(spread), location, [&](std::size_t i, const Standardised& z) {
+      if (z.kind == Observation::Exact)
+        return -frequency_[i] * z.start - lnSigma - 2 * families::softplus(-z.start);
+      if (z.kind == Observation::Left) return frequency_[i] * family.left(z.start);
+      return frequency_[i] * term(family, z);
     });
   }
 
@@ -236,6 +242,9 @@ LocatedRows::LocatedRows(const DoubleArray& SA, const DoubleArray& EA, std::span
     kind.push_back(observationOf(starts[i], ends[i]));
     start.push_back(scaled(starts[i]));
     end.push_back(scaled(ends[i]));
+    const bool interval = kind.back() == Observation::Interval;
+    const double span = logTimes ? logRatio(starts[i], ends[i]) : ends[i] - starts[i];
+    width.push_back(interval ? span : 0);
   }
 }
 

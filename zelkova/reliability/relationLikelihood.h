@@ -40,6 +40,7 @@ struct LocatedRows {
   std::vector<Observation> kind;
   std::vector<double> start;
   std::vector<double> end;
+  std::vector<double> width;  ///< of the intervals; 0 for other rows
 };
 
 /// The numbers of the rows from 0, those of each kind together, which the processor then foresees.
