@@ -279,6 +279,24 @@ TEST_F(LifeRegression, PredictsAndLeavesResiduals) {
   EXPECT_EQ(PlotX_RS.rows(), 164);
 }
 
+// Faults: a message that says nothing of the residuals, twice or not at all; the sentinel drawn as a
+// residual. Expected by hand: the third row has no start, so its residual has no place among the starts.
+TEST_F(LifeRegression, SaysWhyResidualsHaveNoLine) {
+  const LifeData kinds = everyKind();
+  DoubleArray design(10, 2, 1.0);
+  regress(kinds.SA, kinds.EA, design, "Weibull");
+  EXPECT_EQ(messages, std::vector<std::string>{"The residuals cannot be fitted on their own: only Turnbull "
+                                               "places rows without a start"});
+  EXPECT_TRUE(regtable.filled());
+  EXPECT_FALSE(PlotHVLU_RS.filled() || PlotHVLU_RCS.filled());
+  Index without = 0;
+  for (Index i = 1; i <= PlotX_RS.rows(); ++i) {
+    EXPECT_EQ(PlotX_RS(i) == NoValue, PlotY_RS(i) == NoValue);
+    if (PlotX_RS(i) == NoValue) ++without;
+  }
+  EXPECT_EQ(without, 2);
+}
+
 // Faults: a held value that moves, or that leaves its uncertainty in the others. Expected: R, survreg(~ age +
 // offset(0.4 sex), scale = 0.7).
 TEST_F(LifeRegression, HoldsParameters) {
@@ -310,6 +328,21 @@ TEST_F(LifeRegression, RefusesWhatHasNoAnswer) {
   EXPECT_FALSE(regtable.filled());
   regress({3, 5, 6}, {3, 5, 6}, thrice, "weibull");
   EXPECT_FALSE(regtable.filled());
+
+  const DoubleArray plain = DoubleArray::table({{1, 1}, {1, 1}, {1, 1}});
+  const auto failureAsking = [&](double CLevel, const DoubleArray& Percent, const DoubleArray& predictX,
+                                 const DoubleArray& times) {
+    return failureNumber([&] {
+      engine.LDROutput({3, 5, 6}, {3, 5, 6}, plain, CLevel, "Weibull", "Median rank", "Maximum likelihood",
+                       Percent, predictX, times, {}, regtable, modelf, SResitable, CSResitable, ptiletable,
+                       timestable, PlotX_RS, PlotY_RS, PlotHVLU_RS, PlotX_RCS, PlotY_RCS, PlotHVLU_RCS);
+    });
+  };
+  const DoubleArray one = DoubleArray::table({{1}});
+  for (const double CLevel : {0.0, 1.0, 95.0}) EXPECT_EQ(failureAsking(CLevel, {50}, one, {4}), 5) << CLevel;
+  for (const double share : {0.0, 100.0, NoValue}) EXPECT_EQ(failureAsking(0.95, {share}, one, {4}), 5);
+  EXPECT_EQ(failureAsking(0.95, {50}, DoubleArray::table({{NoValue}}), {4}), 5);
+  EXPECT_EQ(failureAsking(0.95, {50}, one, {NoValue}), 5);
 
   const auto failureOf = [&](const DoubleArray& times, const DoubleArray& design,
                              const DoubleArray& predictX = {}) {
