@@ -35,12 +35,13 @@ struct LifeRegressionFit {
 /// failures tell nothing, fewer failures than parameters.
 ///
 /// The search starts from the least squares line through the times as they stand and goes on in the
-/// coefficients of orthogonal covariates of size 1, in units of the spread: the estimate does not depend on
-/// the units of lives and covariates, nor on how far these lie from 0.
+/// coefficients of orthogonal covariates of size 1, in units of the spread and on residual times: the
+/// estimate does not depend on the units of lives and covariates, nor on how far these lie from 0. A search
+/// in which a term overflows starts again from twice the spread, up to four times.
 ///
 /// Failures: 9 without covariates, for fewer rows than starts and fewer ends than starts; 5 for a frequency
-/// below 0, for a row or a covariate without any value, for collinear covariates and for a time that has no
-/// logarithm.
+/// below 0, for a row or a covariate without any value, for an interval that ends before it starts, for
+/// collinear covariates and for a time that has no logarithm.
 std::optional<LifeRegressionFit> fitLifeRegression(const DoubleArray& SA, const DoubleArray& EA,
                                                    const DoubleArray& FA, const std::string& dist,
                                                    const DoubleArray& hold);
