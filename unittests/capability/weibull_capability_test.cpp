@@ -115,6 +115,9 @@ TEST_F(WeibullStudy, OneSidedAndUnits) {
   EXPECT_EQ(bounded(Slot::ZLSL), NoValue);
   EXPECT_EQ(bounded(Slot::ZBench), upper(Slot::ZUSL));
   EXPECT_EQ(bounded(Slot::ExpectedTotal), 0);
+  // Both specifications far above: what lies between is exp(-36) - exp(-49), and R's qnorm of it.
+  const DoubleArray apart = Study{.usl = "7", .lsl = "6", .shape = "2", .scale = "1"}.of({1, 2});
+  EXPECT_TRUE(isClose(apart(Slot::ZBench), -8.12059504220853, 1e-11));
 }
 
 // Faults: a number for data that no Weibull distribution has, or a search for a maximum that is not there.
@@ -127,7 +130,7 @@ TEST_F(WeibullStudy, RefusesWhatHasNoAnswer) {
   EXPECT_EQ(failureOf(wind, {"2", "20"}), 5);
   EXPECT_EQ(failureOf(wind, {.shape = "0"}), 5);
   EXPECT_EQ(failureOf(wind, {.usl = "wide"}), 13);
-  EXPECT_EQ(failureOf(wind, {.confidence = 1}), 1004);
+  EXPECT_EQ(failureOf(wind, {.confidence = 1}), 5);
   EXPECT_EQ(failureOf({}, {}), 9);
   // By hand: with a shape of 2 the scale is the root mean square.
   EXPECT_TRUE(isClose(Study{.shape = "2"}.of({3})(Slot::Scale), 3));
@@ -139,8 +142,9 @@ TEST_F(WeibullStudy, RefusesWhatHasNoAnswer) {
 // line beside its place. Expected: the Weibull survival and the positions by hand.
 TEST_F(WeibullStudy, DrawsTheHistogram) {
   DoubleArray x, y, curve, limitY, lower, upper, target;
+  std::string usl = "25", lsl = "1";
   const auto draw = [&](const DoubleArray& dy, double shape, double scale) {
-    yCapabilityW().CapabilityWChartOutput(dy, "25", "1", "", shape, scale, x, y, curve, limitY, lower, upper,
+    yCapabilityW().CapabilityWChartOutput(dy, usl, lsl, "", shape, scale, x, y, curve, limitY, lower, upper,
                                           target);
   };
   draw(wind, 3, 11);
@@ -163,6 +167,18 @@ TEST_F(WeibullStudy, DrawsTheHistogram) {
   EXPECT_EQ(limitY, (DoubleArray{0, 1}));
   EXPECT_EQ(failureNumber([&] { draw({-1, 2}, 3, 11); }), 5);
   EXPECT_EQ(failureNumber([&] { draw(wind, 3, -1); }), 5);
+  // Without a distribution there is no curve.
+  draw(wind, NoValue, 11);
+  EXPECT_EQ(curve, DoubleArray(x.rows(), NoValue));
+  EXPECT_LE(x(x.rows()), 28);
+  // Both specifications on one side of the data.
+  for (const auto& [low, high] : {std::pair{"60", "70"}, std::pair{"0.01", "0.02"}}) {
+    usl = high, lsl = low;
+    draw({10, 11, 12, 13}, 9, 12);
+    for (const double line : {lower(1), upper(1)}) EXPECT_TRUE(line > 0 && line < 1) << low;
+  }
+  usl = "1", lsl = "25";
+  EXPECT_EQ(failureNumber([&] { draw(wind, 3, 11); }), 5);
 }
 
 }  // namespace

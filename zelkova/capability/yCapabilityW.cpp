@@ -27,7 +27,11 @@ constexpr double upperShare = 0.99865;
 
 Specifications givenSpecifications(const std::string& USL, const std::string& LSL,
                                    const std::string& Target) {
-  return {givenNumber(USL, "USL"), givenNumber(LSL, "LSL"), givenNumber(Target, "Target")};
+  const Specifications given{givenNumber(USL, "USL"), givenNumber(LSL, "LSL"), givenNumber(Target, "Target")};
+  if (given.upper && given.lower && *given.upper < *given.lower) {
+    raise(FailureNumber::InvalidCall, "USL lies below LSL");
+  }
+  return given;
 }
 
 void requireMeasurements(std::span<const double> y) {
@@ -60,14 +64,15 @@ struct Parameters {
   Parameter scale;
 };
 
-/// The scale of a given shape, in the largest measurement so that no power overflows: its likelihood has the
-/// maximum in closed form, and the information about its logarithm is n shape^2.
+/// The scale of a given shape: its likelihood has the maximum in closed form, and the information about its
+/// logarithm is n shape^2. Powers are of the ratio to the largest measurement, which cannot overflow, and
+/// less 1, which a small shape leaves its digits.
 Parameter scaleOfShape(std::span<const double> y, double shape, double z) {
   const double n = static_cast<double>(y.size());
   const double largest = *std::max_element(y.begin(), y.end());
-  const double mean = laneSum(y, [=](double x) { return std::pow(x / largest, shape); }) / n;
+  const double excess = laneSum(y, [=](double x) { return std::expm1(shape * std::log(x / largest)); }) / n;
   const double reach = checked::quotient(z, shape * std::sqrt(n));
-  return estimated(largest * checked::power(mean, checked::quotient(1, shape)), reach);
+  return estimated(largest * checked::exp(checked::quotient(std::log1p(excess), shape)), reach);
 }
 
 /// The distribution of the measurements, which are lives that all ended, with the logarithm of the scale as
@@ -130,7 +135,11 @@ void putIndices(const Life& life, const Specifications& given, WorksheetFunction
   result(Slot::Ppk) = std::min(result(Slot::PPU), result(Slot::PPL));
   const Tail aboveUpper = above(life, *given.upper);
   const Tail belowLower = below(life, *given.lower);
-  const Tail both{aboveUpper.beyond + belowLower.beyond, aboveUpper.within - belowLower.beyond};
+  // What lies between, from the tail that both limits share.
+  const bool inUpperTail = belowLower.beyond > 0.5;
+  const double within =
+      inUpperTail ? belowLower.within - aboveUpper.beyond : aboveUpper.within - belowLower.beyond;
+  const Tail both{aboveUpper.beyond + belowLower.beyond, within};
   result(Slot::ZBench) = both.z(host);
 }
 
@@ -160,6 +169,19 @@ void putFractions(std::span<const double> y, const Life& life, const Specificati
   put(Slot::ExpectedTotal, total(expectedBelow, expectedAbove));
 }
 
+/// The bins of an axis on which the data, the distribution and every line have a place: all that is specified
+/// may lie on one side of the data.
+DoubleArray axisOf(std::span<const double> y, const std::optional<Life>& life, const Specifications& given) {
+  auto [low, high] = std::minmax({y.front(), life ? life->quantile(lowerShare) : y.front(),
+                                  life ? life->quantile(upperShare) : y.front()});
+  for (const auto& specification : {given.upper, given.lower}) {
+    if (!specification) continue;
+    low = std::min(low, *specification);
+    high = std::max(high, *specification);
+  }
+  return binsOf(y, low, high, given);
+}
+
 /// The counts that the distribution expects in the bins: unlike a density, finite for any shape, and of the
 /// right sum where most of the distribution lies in one bin.
 DoubleArray curveOf(const Life& life, const DoubleArray& bins, double n) {
@@ -182,13 +204,11 @@ void yCapabilityW::CapabilityWOutput(const DoubleArray& dy, const std::string& U
                                      const std::string& HistScale, double CLevel, const std::string& DisplayP,
                                      DoubleArray& Capability) const {
   const Specifications given = givenSpecifications(USL, LSL, Target);
-  if (given.upper && given.lower && *given.upper < *given.lower) {
-    raise(FailureNumber::InvalidCall, "USL lies below LSL");
-  }
   const auto histShape = givenNumber(HistShape, "HistShape");
   const auto histScale = givenNumber(HistScale, "HistScale");
   if (histShape) positive(*histShape, "HistShape");
   if (histScale) positive(*histScale, "HistScale");
+  if (!(CLevel > 0 && CLevel < 1)) raise(FailureNumber::InvalidCall, "CLevel must be above 0 and below 1");
   WorksheetFunction& host = worksheetFunction();
   const double z = host.NormSInv((1 + CLevel) / 2);
   const std::span<const double> y = dy.vector();
@@ -222,14 +242,18 @@ void yCapabilityW::CapabilityWChartOutput(const DoubleArray& dy, const std::stri
                                           DoubleArray& PlotLSLX, DoubleArray& PlotUSLX,
                                           DoubleArray& PlotTargetX) const {
   const Specifications given = givenSpecifications(USL, LSL, Target);
-  const Life life(worksheetFunction(), LifeDistribution::Weibull, positive(dScale, "dScale"),
-                  positive(dShape, "dShape"));
   const std::span<const double> y = dy.vector();
   requireMeasurements(y);
-  DoubleArray bins = binsOf(y, life.quantile(lowerShare), life.quantile(upperShare), given);
+  std::optional<Life> life;
+  if (dShape != NoValue && dScale != NoValue) {
+    life.emplace(worksheetFunction(), LifeDistribution::Weibull, positive(dScale, "dScale"),
+                 positive(dShape, "dShape"));
+  }
+  DoubleArray bins = axisOf(y, life, given);
 
   DoubleArray counts(binCounts(bins.elements(), y));
-  DoubleArray curve = curveOf(life, bins, static_cast<double>(y.size()));
+  DoubleArray curve =
+      life ? curveOf(*life, bins, static_cast<double>(y.size())) : DoubleArray(bins.rows(), NoValue);
   DoubleArray lowerX = markerOf(given.lower, bins);
   DoubleArray upperX = markerOf(given.upper, bins);
   DoubleArray targetX = markerOf(given.target, bins);

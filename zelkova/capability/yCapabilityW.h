@@ -26,7 +26,7 @@ class yCapabilityW : public HostBound {
   /// `HistShape` and `HistScale` are historical parameters, numbers as texts, empty for estimates: by maximum
   /// likelihood, with limits at the confidence `CLevel` (a fraction) that are symmetric in the logarithm. A
   /// historical parameter has no limits; one alone is held while the other is estimated. `Target` is handed
-  /// through.
+  /// through: no index rests on it.
   ///
   /// Indices compare the specifications with the median and the quantiles at 0.00135 and 0.99865, which cut
   /// off as much as three standard deviations of a normal distribution do (ISO 22514-2:2017): Pp = (USL -
@@ -36,10 +36,11 @@ class yCapabilityW : public HostBound {
   ///
   /// `DisplayP`, "Parts per million" (also where empty) or "Percentage", is the unit of the observed and
   /// expected fractions; any other text leaves their slots 0. `NoValue` marks what the specifications given
-  /// do not yield, and a Z value of a fraction of 0 or 1, as below an `LSL` of 0. Further failures: 5 where
-  /// `USL` lies below `LSL` and where there is nothing to estimate from (measurements all alike, or all at a
-  /// historical scale), 11 where the distribution is too narrow for quantiles that differ, 1004 for a
-  /// `CLevel` that is not inside 0 to 1.
+  /// do not yield, and a Z value of a fraction of 0 or 1, as below an `LSL` of 0. Leave `LSL` empty where 0
+  /// is a bound of the characteristic and no specification: it would lower Ppk to a PPL that means nothing.
+  /// Further failures: 5 where `USL` lies below `LSL`, for a `CLevel` that is not inside 0 to 1 and where
+  /// there is nothing to estimate from (measurements all alike, or all at a historical scale), 11 where the
+  /// distribution is too narrow for quantiles that differ.
   void CapabilityWOutput(const DoubleArray& dy, const std::string& USL, const std::string& LSL,
                          const std::string& Target, const std::string& HistShape,
                          const std::string& HistScale, double CLevel, const std::string& DisplayP,
@@ -48,9 +49,11 @@ class yCapabilityW : public HostBound {
   /// The capability histogram: midpoints and counts of its bins, the counts that a Weibull distribution of
   /// `dShape` and `dScale` expects there (in the first and last bin with all that lies beyond), and two
   /// points, from `PlotLimitY` 0 to 1, for a line at each specification, as fractions of the axis. The axis
-  /// covers the data, the quantiles at 0.00135 and 0.99865 and the specifications. `NoValue` where fewer than
-  /// 0.000005 are expected and for a specification that is not given; in curve and lines on an axis of a
-  /// single bin. Further failure: 5 where the data differ by less than their size can resolve.
+  /// covers the data, the quantiles at 0.00135 and 0.99865 and the specifications, on whatever side of the
+  /// data. `NoValue` where fewer than 0.000005 are expected and for a specification that is not given; in
+  /// curve and lines on an axis of a single bin; in the curve where `dShape` or `dScale` is `NoValue`.
+  /// Further failures: 5 where `USL` lies below `LSL` and where the data differ by less than their size can
+  /// resolve.
   void CapabilityWChartOutput(const DoubleArray& dy, const std::string& USL, const std::string& LSL,
                               const std::string& Target, double dShape, double dScale, DoubleArray& PlotX,
                               DoubleArray& PlotY, DoubleArray& PlotOverall, DoubleArray& PlotLimitY,

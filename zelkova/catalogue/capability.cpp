@@ -153,19 +153,29 @@ Class describeWeibull() {
           "same fraction, so that 3 PPU and ZUSL differ for a skewed distribution.")
       .note(
           "A one-sided specification has no Pp; its Ppk and ZBench are those of its side. A fraction of 0 or "
-          "1 has no Z value: nothing lies below a lower specification of 0.")
+          "1 has no Z value: nothing lies below a lower specification of 0. Leave LSL blank where 0 is a "
+          "bound of the characteristic and no specification: it would lower Ppk to a PPL that means nothing.")
+      .note(
+          "Any other text for DisplayP leaves the fractions 0. Target is handed through: no index rests on "
+          "it.")
+      .note(
+          "Failure 5: a measurement, shape or scale that is not above 0, USL below LSL, CLevel not above 0 "
+          "and below 1, measurements all alike where a shape is to be estimated. Failure 13: a specification "
+          "or historical parameter that is no number. Failure 11: quantiles that do not differ.")
       .method("CapabilityWChartOutput", &yCapabilityW::CapabilityWChartOutput,
               "The capability histogram: bins, the Weibull curve and the lines of the specifications",
-              measurements, upper, lower, target, Note("dShape", "the shape of the curve"),
-              Note("dScale", "the scale of the curve"), Note("PlotX", "the midpoints of the bins"),
-              Note("PlotY", "the counts"),
+              measurements, upper, lower, target,
+              Note("dShape", "the shape of the curve; NoValue for no curve"),
+              Note("dScale", "the scale of the curve; NoValue for no curve"),
+              Note("PlotX", "the midpoints of the bins"), Note("PlotY", "the counts"),
               Note("PlotOverall", "the fitted curve: the counts that the distribution expects in the bins"),
               Note("PlotLimitY", "0 and 1: the ends of the three lines"),
               Note("PlotLSLX", "where the line of LSL stands, as a fraction of the axis, twice"),
               Note("PlotUSLX", "where the line of USL stands"),
               Note("PlotTargetX", "where the line of the target stands"))
       .note(
-          "The bins cover the data, the quantiles at 0.00135 and 0.99865, and the specifications. A value on "
+          "The bins cover the data, the quantiles at 0.00135 and 0.99865, and the specifications, which may "
+          "all lie on one side; USL below LSL is failure 5. A value on "
           "the edge of two bins counts in the upper one. The curve has no value where it is below 0.000005 "
           "of a count; at its ends it counts all that lies beyond.")
       .done();

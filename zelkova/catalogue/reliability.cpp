@@ -278,15 +278,28 @@ Class reliability() {
       .note(
           "Frequencies multiply the terms of their rows, but for Logistic and Loglogistic: there the "
           "frequency of an exact failure multiplies only a part of its term, so that it does not count as "
-          "that many rows. Repeat a row that stands for several units.")
+          "that many rows, and a row of frequency 0 still counts. Repeat a row that stands for several units "
+          "and leave out one that stands for none.")
       .note(
           "For Logistic and Loglogistic, too, a unit that is known only to have failed by EA tells nothing. "
-          "Give it an SA below every time that can occur.")
+          "Give it an SA below every time that can occur, above 0 for Loglogistic.")
       .note(
           "Where the likelihood has no finite maximum, the text Cannot Find solution is shown and nothing is "
           "filled: no failure at all, no failure at some level of a covariate, more parameters than "
-          "failures. It is shown too where only the residuals cannot be fitted on their own; take Turnbull "
-          "for rows without an SA.")
+          "failures.")
+      .note(
+          "The text The residuals cannot be fitted on their own, with the reason, means that the regression "
+          "stands and the probability plots of its residuals have no line: only Turnbull places rows without "
+          "a start, least squares finds no line, or the search finds no maximum. A row without a start has "
+          "no value in both coordinates of its point.")
+      .note(
+          "Failure 5: CLevel not above 0 and below 1, a share not above 0 and below 100, no value in "
+          "predictX "
+          "or times, a spread held at 0 or below, a negative frequency, a row without any time, an interval "
+          "that ends before it starts, a covariate without a value or a combination of others, a time of 0 "
+          "or "
+          "below for Weibull, Exponential, Lognormal and Loglogistic. Failure 9: no covariate, fewer ends or "
+          "rows of FA than starts, predictX of another width.")
       .done();
 }
 

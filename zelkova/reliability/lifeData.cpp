@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "zelkova/frame/arithmetic.h"
 
@@ -54,6 +55,11 @@ void requireWholeRows(const DoubleArray& SA, const DoubleArray& EA, const Double
 double logTime(double t) {
   if (!(t > 0)) raise(FailureNumber::InvalidCall, "a time of 0 or below has no logarithm");
   return checked::log(t);
+}
+
+double logRatio(double start, double end) {
+  const double growth = (end - start) / start;
+  return growth < 1 ? std::log1p(growth) : logTime(end) - logTime(start);
 }
 
 KindTotals frequenciesByKind(const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& FA) {

@@ -31,6 +31,9 @@ void requireWholeRows(const DoubleArray& SA, const DoubleArray& EA, const Double
 /// ln t; failure 5 for a time that has none.
 double logTime(double t);
 
+/// ln(end / start), with the digits of a short span.
+double logRatio(double start, double end);
+
 /// How many units stand in the rows of each kind.
 struct KindTotals {
   double exact = 0;

@@ -12,6 +12,7 @@ namespace zelkova {
 
 namespace {
 
+using families::hazardGrowth;
 using families::logFailure;
 using families::logSurvivalDifference;
 
@@ -103,8 +104,10 @@ class WeibullLikelihood : public LifeLikelihood {
     const auto hazard = [&](double t) { return checked::power(checked::quotient(t, alpha), beta); };
     return (beta - 1) * exactLn_ + c * exactFrequency_ - hazards_.at(beta, lnAlpha) +
            over(rows_.left, [&](double e) { return logFailure(hazard(e)); }) +
-           over(rows_.interval,
-                [&](double s, double e) { return logSurvivalDifference(hazard(s), hazard(e)); });
+           over(rows_.interval, [&](double s, double e) {
+             const double growth = s == 0 ? hazard(e) : hazardGrowth(hazard(e), beta * logRatio(s, e));
+             return logSurvivalDifference(hazard(s), growth);
+           });
   }
 
   LifeRows rows_;
@@ -129,7 +132,7 @@ class ExponentialLikelihood : public LifeLikelihood {
     return -checked::log(theta) * exactFrequency_ - lived_ / theta +
            over(rows_.left, [&](double e) { return logFailure(e / theta); }) +
            over(rows_.interval,
-                [&](double s, double e) { return logSurvivalDifference(s / theta, e / theta); });
+                [&](double s, double e) { return logSurvivalDifference(s / theta, (e - s) / theta); });
   }
 
   LifeRows rows_;
@@ -159,8 +162,9 @@ class ExtremeValueLikelihood : public LifeLikelihood {
     return (exactSum_ - mu * exactFrequency_) * perSigma - checked::log(sigma) * exactFrequency_ -
            hazards_.at(perSigma, mu) +
            over(rows_.left, [&](double e) { return family.left((e - mu) / sigma); }) +
-           over(rows_.interval,
-                [&](double s, double e) { return family.interval((s - mu) / sigma, (e - mu) / sigma); });
+           over(rows_.interval, [&](double s, double e) {
+             return family.interval((s - mu) / sigma, (e - mu) / sigma, (e - s) / sigma);
+           });
   }
 
   LifeRows rows_;
@@ -223,7 +227,8 @@ class NormalLikelihood : public LifeLikelihood {
     if (logScale_) result -= exactMean_ * exactFrequency_;
     return result + over(rows_.right, [&](double s) { return family.right(z(s)); }) +
            over(rows_.left, [&](double e) { return family.left(z(e)); }) +
-           over(rows_.interval, [&](double s, double e) { return family.interval(z(s), z(e)); });
+           over(rows_.interval,
+                [&](double s, double e) { return family.interval(z(s), z(e), (e - s) * perSigma); });
   }
 
   std::shared_ptr<Host> host_;
@@ -293,7 +298,8 @@ class LogisticLikelihood : public LifeLikelihood {
     const auto z = [&](double y) { return (y - mu) * perSigma; };
     return (exactSum_ - mu * exactFrequency_) * perSigma - lnSigma * exactFrequency_ - 2 * exact_.at(z) -
            right_.at(z) + over(rows_.left, [&](double e) { return family.left(z(e)); }) +
-           over(rows_.interval, [&](double s, double e) { return family.interval(z(s), z(e)); });
+           over(rows_.interval,
+                [&](double s, double e) { return family.interval(z(s), z(e), (e - s) * perSigma); });
   }
 
   LifeRows rows_;

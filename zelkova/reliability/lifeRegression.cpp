@@ -1,4 +1,7 @@
+#include <algorithm>
+
 #include "zelkova/frame/NoValue.h"
+#include "zelkova/kit/modzMatrix.h"
 #include "zelkova/kit/sums.h"
 #include "zelkova/reliability/LifeDistribution.h"
 #include "zelkova/reliability/lifeRegressionFit.h"
@@ -23,6 +26,76 @@ std::vector<PredictedLife> livesAt(const DoubleArray& predictX, const LocationMo
   return lives;
 }
 
+/// Failure 5 for an element that a row, a share or a time cannot be, by the name of the argument.
+void requireWhatIsAsked(const DoubleArray& Percent, const DoubleArray& predictX, const DoubleArray& times) {
+  const auto hasNoValue = [](const DoubleArray& asked) {
+    const auto elements = asked.elements();
+    return std::find(elements.begin(), elements.end(), NoValue) != elements.end();
+  };
+  for (const double share : Percent.elements()) {
+    if (!(share > 0 && share < 100)) {
+      raise(FailureNumber::InvalidCall, "Percent must be above 0 and below 100");
+    }
+  }
+  if (hasNoValue(predictX)) raise(FailureNumber::InvalidCall, "predictX has an element without a value");
+  if (hasNoValue(times)) raise(FailureNumber::InvalidCall, "times has an element without a value");
+}
+
+/// The probability plot of residuals, and why it has no line where it has none.
+struct ResidualPlot {
+  DoubleArray X;
+  DoubleArray Y;
+  DoubleArray line;
+  std::string missing;
+};
+
+/// Leaves the points without an abscissa out.
+void leaveOutPointsWithoutPlace(ResidualPlot& plot) {
+  for (Index i = 1; plot.X.filled() && i <= plot.X.rows(); ++i) {
+    if (plot.X(i) == NoValue) plot.Y(i) = NoValue;
+  }
+}
+
+/// Residuals fitted as life data of their own, without a word to the user.
+ResidualPlot residualPlot(const yReliability& engine, Sample sample, const std::string& dist,
+                          const std::string& pMtd, const std::string& estimate, double CLevel) {
+  const auto starts = sample.SA.elements();
+  const bool lacksStart = std::find(starts.begin(), starts.end(), NoValue) != starts.end();
+  ResidualPlot plot;
+  if (lacksStart && pMtd != "Turnbull") plot.missing = "only Turnbull places rows without a start";
+  try {
+    DoubleArray parameters, V;
+    double corr = 0;
+    engine.Para_LS(sample.SA, sample.EA, sample.FA, pMtd, dist, parameters, corr, plot.X, plot.Y, NoValue);
+    leaveOutPointsWithoutPlace(plot);
+    if (!plot.missing.empty()) return plot;
+    const bool leastSquares = estimate == "Least squares";
+    if (leastSquares && parameters(1) == NoValue) {
+      plot.missing = "least squares finds no line";
+      return plot;
+    }
+    const DoubleArray held = heldOf(2, {});
+    const DoubleArray start = parameters;
+    const bool found = searchFrom(start, held, [&](const DoubleArray& from) {
+      DoubleArray MLO, FM;
+      parameters = from;
+      engine.Para_ML(sample.SA, sample.EA, sample.FA, dist, parameters, MLO, FM, held);
+      V = MatInverse(FM);
+    });
+    if (found) {
+      if (leastSquares) parameters = start;
+      const Index last = parameters.rows();
+      engine.ProbPlot(CLevel, parameters(1), parameters(last), dist, V(1, 1), last > 1 ? V(2, 2) : 0,
+                      last > 1 ? V(1, 2) : 0, plot.line);
+      return plot;
+    }
+  } catch (const Failure&) {
+    // The regression stands without the line.
+  }
+  if (plot.missing.empty()) plot.missing = "the search finds no maximum";
+  return plot;
+}
+
 }  // namespace
 
 void yReliability::LDROutput(const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& FA,
@@ -36,6 +109,8 @@ void yReliability::LDROutput(const DoubleArray& SA, const DoubleArray& EA, const
                              DoubleArray& PlotHVLU_RCS) const {
   const auto distribution = lifeDistribution(dist);
   if (!distribution) return;
+  if (!(CLevel > 0 && CLevel < 1)) raise(FailureNumber::InvalidCall, "CLevel must be above 0 and below 1");
+  requireWhatIsAsked(Percent, predictX, times);
   WorksheetFunction& host = worksheetFunction();
   const double z = host.NormSInv((1 + CLevel) / 2);
   if (predictX.filled() && predictX.columns() != FA.columns() - 1) {
@@ -70,10 +145,14 @@ void yReliability::LDROutput(const DoubleArray& SA, const DoubleArray& EA, const
   DoubleArray survivals = survivalsOf(lives, times, z);
   const double units = laneSum(frequencies, [](double f) { return f; });
   const DoubleArray weights(std::move(frequencies));
-  SingleFit ofStandard = fitAlone(*this, {standard.start, standard.end, weights},
-                                  model.residualDistribution(), pMtd, estimate, CLevel);
-  SingleFit ofCoxSnell =
-      fitAlone(*this, {coxSnell.start, coxSnell.end, weights}, "Exponential", pMtd, estimate, CLevel);
+  ResidualPlot ofStandard = residualPlot(*this, {standard.start, standard.end, weights},
+                                         model.residualDistribution(), pMtd, estimate, CLevel);
+  ResidualPlot ofCoxSnell =
+      residualPlot(*this, {coxSnell.start, coxSnell.end, weights}, "Exponential", pMtd, estimate, CLevel);
+  const std::string& missing = ofStandard.missing.empty() ? ofCoxSnell.missing : ofStandard.missing;
+  if (!missing.empty()) {
+    xlApp->messageBox("The residuals cannot be fitted on their own: " + missing);
+  }
 
   regtable = std::move(parameters);
   modelf = {fit->logLikelihood, units, static_cast<double>(fit->iterations)};
@@ -81,12 +160,12 @@ void yReliability::LDROutput(const DoubleArray& SA, const DoubleArray& EA, const
   CSResitable = coxSnell.table(SA, EA, locations);
   ptiletable = std::move(percentiles);
   timestable = std::move(survivals);
-  PlotX_RS = std::move(ofStandard.PlotX);
-  PlotY_RS = std::move(ofStandard.PlotY);
-  PlotHVLU_RS = std::move(ofStandard.PlotHVLU);
-  PlotX_RCS = std::move(ofCoxSnell.PlotX);
-  PlotY_RCS = std::move(ofCoxSnell.PlotY);
-  PlotHVLU_RCS = std::move(ofCoxSnell.PlotHVLU);
+  PlotX_RS = std::move(ofStandard.X);
+  PlotY_RS = std::move(ofStandard.Y);
+  PlotHVLU_RS = std::move(ofStandard.line);
+  PlotX_RCS = std::move(ofCoxSnell.X);
+  PlotY_RCS = std::move(ofCoxSnell.Y);
+  PlotHVLU_RCS = std::move(ofCoxSnell.line);
 }
 
 }  // namespace zelkova

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "zelkova/frame/Array.h"
 
@@ -14,11 +15,18 @@ struct LifeRegressionFit {
   DoubleArray V;
   double logLikelihood;
   int iterations;
+  DoubleArray directions;  ///< how `P` changes with the searched parameters, by columns
+  DoubleArray searchedV;   ///< the covariance of the searched parameters
 
   /// The covariates of a row of `design`, from its column `first` on, times the coefficients.
   double location(const DoubleArray& design, Index row, Index first) const;
   double locationVariance(const DoubleArray& design, Index row, Index first) const;
   double spreadCovariance(const DoubleArray& design, Index row, Index first) const;
+
+ private:
+  /// How the location of a row changes with the searched parameters: unlike in `V`, the digits of a covariate
+  /// far from 0 are not squared before they cancel.
+  std::vector<double> inSearchSpace(const DoubleArray& design, Index row, Index first) const;
 };
 
 /// The maximum of the likelihood of "LDR" and `dist` (see `NegLogLik`) by `LBFGSMinimize`, with the observed
@@ -27,12 +35,13 @@ struct LifeRegressionFit {
 /// failures tell nothing, fewer failures than parameters.
 ///
 /// The search starts from the least squares line through the times as they stand and goes on in the
-/// coefficients of orthogonal covariates of size 1, in units of the spread: the estimate does not depend on
-/// the units of lives and covariates, nor on how far these lie from 0.
+/// coefficients of orthogonal covariates of size 1, in units of the spread and on residual times: the
+/// estimate does not depend on the units of lives and covariates, nor on how far these lie from 0. A search
+/// in which a term overflows starts again from twice the spread, up to four times.
 ///
 /// Failures: 9 without covariates, for fewer rows than starts and fewer ends than starts; 5 for a frequency
-/// below 0, for a row or a covariate without any value, for collinear covariates and for a time that has no
-/// logarithm.
+/// below 0, for a row or a covariate without any value, for an interval that ends before it starts, for
+/// collinear covariates and for a time that has no logarithm.
 std::optional<LifeRegressionFit> fitLifeRegression(const DoubleArray& SA, const DoubleArray& EA,
                                                    const DoubleArray& FA, const std::string& dist,
                                                    const DoubleArray& hold);

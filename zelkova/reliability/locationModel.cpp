@@ -74,7 +74,7 @@ SingleFit fitAlone(const yReliability& engine, const Sample& sample, const std::
     engine.ProbPlot(CLevel, fit.P(1), fit.P(fit.P.rows()), dist, var1, var2, covar12, fit.PlotHVLU);
     fit.fitted = true;
   } catch (const Failure&) {
-    // A level that cannot be fitted alone still takes part in the joint fit.
+    // What cannot be fitted alone has no plot of its own; the joint fit takes it all the same.
   }
   return fit;
 }

@@ -1,5 +1,9 @@
 #include "zelkova/reliability/relationLikelihood.h"
 
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
 #include "zelkova/frame/RunningObjects.h"
 #include "zelkova/reliability/families.h"
 #include "zelkova/reliability/lifeData.h"
@@ -37,39 +41,29 @@ const Model* modelNamed(std::string_view dist) {
   return nullptr;
 }
 
-/// The rows in the scale of the model, in their order.
-struct ScaledRows {
-  ScaledRows(const DoubleArray& SA, const DoubleArray& EA, bool logTimes) {
-    const auto starts = SA.vector();
-    const auto ends = EA.vector();
-    if (ends.size() < starts.size()) raise(FailureNumber::OutOfRange, "there are fewer ends than starts");
-    const auto scaled = [logTimes](double t) { return logTimes ? logTime(t) : t; };
-    for (std::size_t i = 0; i < starts.size(); ++i) {
-      start.push_back(scaled(starts[i]));
-      end.push_back(scaled(ends[i]));
-      kind.push_back(observationOf(starts[i], ends[i]));
-    }
-  }
-
-  std::vector<Observation> kind;
-  std::vector<double> start;
-  std::vector<double> end;
+/// A row in standardised values.
+struct Standardised {
+  Observation kind;
+  double start;
+  double end;
+  double width;
 };
 
 /// A location for each row and one spread.
-class LocationLikelihood : public Objective {
- public:
-  LocationLikelihood(const DoubleArray& SA, const DoubleArray& EA, const Model& model)
-      : host_(runningHost()), model_(model), rows_(SA, EA, model.logTimes) {}
-
+class LocationLikelihood {
  protected:
+  LocationLikelihood(LocatedRows rows, const Model& model)
+      : host_(runningHost()), model_(model), rows_(std::move(rows)) {}
+
   /// The log-likelihood for the locations m(i), with weight(i) on the row's own terms.
   template <class Location, class Terms>
   double over(double perSigma, Location location, Terms terms) const {
     double result = 0;
     for (std::size_t i = 0; i < rows_.kind.size(); ++i) {
       const double m = location(i);
-      result += terms(i, rows_.kind[i], (rows_.start[i] - m) * perSigma, (rows_.end[i] - m) * perSigma);
+      const Standardised z{rows_.kind[i], (rows_.start[i] - m) * perSigma, (rows_.end[i] - m) * perSigma,
+                           rows_.width[i] * perSigma};
+      result += terms(i, z);
     }
     return checked::finite(result);
   }
@@ -95,35 +89,41 @@ class LocationLikelihood : public Objective {
   }
 
   const Model& model() const { return model_; }
-  std::size_t count() const { return rows_.kind.size(); }
 
  private:
   std::shared_ptr<Host> host_;
   Model model_;
-  ScaledRows rows_;
+  LocatedRows rows_;
 };
 
 template <class Terms>
-double term(const Terms& family, Observation kind, double zStart, double zEnd) {
-  switch (kind) {
+double term(const Terms& family, const Standardised& z) {
+  switch (z.kind) {
     case Observation::Exact:
-      return family.exact(zStart);
+      return family.exact(z.start);
     case Observation::Right:
-      return family.right(zStart);
+      return family.right(z.start);
     case Observation::Left:
-      return family.left(zEnd);
+      return family.left(z.end);
     case Observation::Interval:
       break;
   }
-  return family.interval(zStart, zEnd);
+  return family.interval(z.start, z.end, z.width);
+}
+
+std::vector<std::size_t> rowsInOrder(const DoubleArray& SA) {
+  std::vector<std::size_t> order(SA.vector().size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  return order;
 }
 
 /// Location b0 + b1 x in the transformed stress x. deliberate: every row counts once.
-class AccelerationLikelihood : public LocationLikelihood {
+class AccelerationLikelihood : public Objective, private LocationLikelihood {
  public:
   AccelerationLikelihood(const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& AA,
                          const Model& model, std::string_view accf, DoubleArray hold)
-      : LocationLikelihood(SA, EA, model), hold_(std::move(hold)) {
+      : LocationLikelihood(LocatedRows(SA, EA, rowsInOrder(SA), model.logTimes), model),
+        hold_(std::move(hold)) {
     for (Index i = 1; i <= SA.rows(); ++i) x_.push_back(transformedStress(accf, AA(i)));
   }
 
@@ -134,9 +134,7 @@ class AccelerationLikelihood : public LocationLikelihood {
     return -withFamily(spread, [&](const auto& family) {
       return over(
           perSigma(spread), [&](std::size_t i) { return b0 + b1 * x_[i]; },
-          [&](std::size_t, Observation kind, double zStart, double zEnd) {
-            return term(family, kind, zStart, zEnd);
-          });
+          [&](std::size_t, const Standardised& z) { return term(family, z); });
     });
   }
 
@@ -145,54 +143,18 @@ class AccelerationLikelihood : public LocationLikelihood {
   DoubleArray hold_;
 };
 
-/// Life data with the rows of each kind together, which the processor then foresees.
-struct RowsByKind {
-  RowsByKind(const DoubleArray& starts, const DoubleArray& ends, const DoubleArray& table)
-      : SA(starts.rows()), EA(starts.rows()), FA(starts.rows(), table.columns(), 0.0) {
-    if (ends.rows() < starts.rows()) raise(FailureNumber::OutOfRange, "there are fewer ends than starts");
-    if (table.rows() < starts.rows()) raise(FailureNumber::OutOfRange);
-    std::vector<Index> order;
-    for (const auto kind :
-         {Observation::Exact, Observation::Right, Observation::Left, Observation::Interval}) {
-      for (Index i = 1; i <= starts.rows(); ++i) {
-        if (observationOf(starts(i), ends(i)) == kind) order.push_back(i);
-      }
-    }
-    for (Index i = 1; i <= starts.rows(); ++i) {
-      const Index from = order[static_cast<std::size_t>(i - 1)];
-      SA(i) = starts(from);
-      EA(i) = ends(from);
-      for (Index j = 1; j <= FA.columns(); ++j) FA(i, j) = table(from, j);
-    }
-  }
-
-  DoubleArray SA;
-  DoubleArray EA;
-  DoubleArray FA;
-};
-
-/// Location linear in the covariates, which stand in the columns of the table after the frequency.
-class RegressionLikelihood : public LocationLikelihood {
+/// Rows with frequencies and given locations.
+class FrequencyLikelihood : public LocatedLikelihood, private LocationLikelihood {
  public:
-  RegressionLikelihood(RowsByKind rows, const Model& model)
-      : LocationLikelihood(rows.SA, rows.EA, model), FA_(std::move(rows.FA)) {}
+  FrequencyLikelihood(LocatedRows rows, std::vector<double> frequency, const Model& model)
+      : LocationLikelihood(std::move(rows), model), frequency_(std::move(frequency)) {}
 
-  double operator()(DoubleArray& P) override {
-    const double spread = P(1) = std::abs(P(1));
-    const auto frequency = FA_.column(1);
-    locations_.assign(count(), 0);
-    for (Index j = 2; j <= FA_.columns(); ++j) {
-      const auto covariate = FA_.column(j);
-      const double coefficient = P(j);
-      for (std::size_t i = 0; i < locations_.size(); ++i) locations_[i] += coefficient * covariate[i];
-    }
-    const auto location = [this](std::size_t i) { return locations_[i]; };
-    if (model().family == Family::Logistic) return -logistic(spread, location, frequency);
+  double at(double spread, std::span<const double> locations) const override {
+    const auto location = [locations](std::size_t i) { return locations[i]; };
+    if (model().family == Family::Logistic) return -logistic(spread, location);
     return -withFamily(spread, [&](const auto& family) {
       return over(perSigma(spread), location,
-                  [&](std::size_t i, Observation kind, double zStart, double zEnd) {
-                    return frequency[i] * term(family, kind, zStart, zEnd);
-                  });
+                  [&](std::size_t i, const Standardised& z) { return frequency_[i] * term(family, z); });
     });
   }
 
@@ -200,18 +162,54 @@ class RegressionLikelihood : public LocationLikelihood {
   /// deliberate: the frequency of an exact row multiplies -z alone, and a row that is known by its end is
   /// read at its start, where it has no value and tells nothing.
   template <class Location>
-  double logistic(double spread, Location location, std::span<const double> frequency) const {
+  double logistic(double spread, Location location) const {
     const double lnSigma = checked::log(spread);
     const families::LogisticFamily family(lnSigma);
-    return over(perSigma(spread), location, [&](std::size_t i, Observation kind, double zStart, double zEnd) {
-      if (kind == Observation::Exact)
-        return -frequency[i] * zStart - lnSigma - 2 * families::softplus(-zStart);
-      if (kind == Observation::Left) return frequency[i] * family.left(zStart);
-      return frequency[i] * term(family, kind, zStart, zEnd);
+    return over(perSigma(spread), location, [&](std::size_t i, const Standardised& z) {
+      if (z.kind == Observation::Exact)
+        return -frequency_[i] * z.start - lnSigma - 2 * families::softplus(-z.start);
+      if (z.kind == Observation::Left) return frequency_[i] * family.left(z.start);
+      return frequency_[i] * term(family, z);
     });
   }
 
-  DoubleArray FA_;
+  std::vector<double> frequency_;
+};
+
+/// A column of a table in another order of its rows.
+std::vector<double> columnIn(const DoubleArray& table, Index j, std::span<const std::size_t> order) {
+  const auto column = table.column(j);
+  if (column.size() < order.size()) raise(FailureNumber::OutOfRange);
+  std::vector<double> result;
+  result.reserve(order.size());
+  for (const std::size_t i : order) result.push_back(column[i]);
+  return result;
+}
+
+/// Location linear in the covariates, which stand in the columns of the table after the frequency.
+class RegressionLikelihood : public Objective {
+ public:
+  RegressionLikelihood(const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& FA,
+                       std::span<const std::size_t> order, const Model& model)
+      : likelihood_(LocatedRows(SA, EA, order, model.logTimes), columnIn(FA, 1, order), model),
+        locations_(order.size()) {
+    for (Index j = 2; j <= FA.columns(); ++j) covariates_.push_back(columnIn(FA, j, order));
+  }
+
+  double operator()(DoubleArray& P) override {
+    const double spread = P(1) = std::abs(P(1));
+    std::fill(locations_.begin(), locations_.end(), 0);
+    Index k = 1;
+    for (const std::vector<double>& covariate : covariates_) {
+      const double coefficient = P(++k);
+      for (std::size_t i = 0; i < locations_.size(); ++i) locations_[i] += coefficient * covariate[i];
+    }
+    return likelihood_.at(spread, locations_);
+  }
+
+ private:
+  FrequencyLikelihood likelihood_;
+  std::vector<std::vector<double>> covariates_;
   std::vector<double> locations_;
 };
 
@@ -233,6 +231,36 @@ constexpr double zeroCelsius = 273.16;
 constexpr double electronvoltKelvin = 11604.83;
 
 }  // namespace
+
+LocatedRows::LocatedRows(const DoubleArray& SA, const DoubleArray& EA, std::span<const std::size_t> order,
+                         bool logTimes) {
+  const auto starts = SA.vector();
+  const auto ends = EA.vector();
+  if (ends.size() < starts.size()) raise(FailureNumber::OutOfRange, "there are fewer ends than starts");
+  const auto scaled = [logTimes](double t) { return logTimes ? logTime(t) : t; };
+  for (const std::size_t i : order) {
+    kind.push_back(observationOf(starts[i], ends[i]));
+    start.push_back(scaled(starts[i]));
+    end.push_back(scaled(ends[i]));
+    const bool interval = kind.back() == Observation::Interval;
+    const double span = logTimes ? logRatio(starts[i], ends[i]) : ends[i] - starts[i];
+    width.push_back(interval ? span : 0);
+  }
+}
+
+std::vector<std::size_t> rowsByKind(const DoubleArray& SA, const DoubleArray& EA) {
+  const auto starts = SA.vector();
+  const auto ends = EA.vector();
+  if (ends.size() < starts.size()) raise(FailureNumber::OutOfRange, "there are fewer ends than starts");
+  std::vector<std::size_t> order;
+  order.reserve(starts.size());
+  for (const auto kind : {Observation::Exact, Observation::Right, Observation::Left, Observation::Interval}) {
+    for (std::size_t i = 0; i < starts.size(); ++i) {
+      if (observationOf(starts[i], ends[i]) == kind) order.push_back(i);
+    }
+  }
+  return order;
+}
 
 double transformedStress(std::string_view accf, double a) {
   const auto kelvin = [a] {
@@ -282,7 +310,14 @@ std::unique_ptr<Objective> regressionLikelihood(const DoubleArray& SA, const Dou
   constexpr std::string_view prefix = "LDR";
   const Model* known = model.starts_with(prefix) ? modelNamed(model.substr(prefix.size())) : nullptr;
   if (!known) return nullptr;
-  return std::make_unique<RegressionLikelihood>(RowsByKind(SA, EA, FA), *known);
+  return std::make_unique<RegressionLikelihood>(SA, EA, FA, rowsByKind(SA, EA), *known);
+}
+
+std::unique_ptr<LocatedLikelihood> locatedLikelihood(LocatedRows rows, std::vector<double> frequency,
+                                                     std::string_view dist) {
+  const Model* known = modelNamed(dist);
+  if (!known) return nullptr;
+  return std::make_unique<FrequencyLikelihood>(std::move(rows), std::move(frequency), *known);
 }
 
 }  // namespace zelkova

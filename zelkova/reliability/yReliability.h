@@ -230,8 +230,9 @@ class yReliability : public HostBound {
   ///
   /// Frequencies multiply the terms of their rows. deliberate, in "Logistic" and "Loglogistic" alone: that of
   /// an exact failure multiplies only the part of its term that is linear in the time, and a row that is
-  /// known only to have failed by its end tells nothing. With those two, repeat a row that stands for several
-  /// units, and give an early failure an interval with a start.
+  /// known only to have failed by its end tells nothing. An exact failure of frequency 0 still counts with
+  /// the rest of its term. With those two, repeat a row that stands for several units, and give an early
+  /// failure an interval with a start (above 0 for "Loglogistic").
   ///
   /// `regtable` gets a row for each parameter as in `ALTOutput`, `modelf` the log-likelihood (without the
   /// terms -ln t of a logarithmic scale), the units and the iterations. `SResitable` and `CSResitable` have a
@@ -242,15 +243,18 @@ class yReliability : public HostBound {
   /// The residuals are life data of their own: `PlotX_RS` to `PlotHVLU_RS` are the probability plot of the
   /// standardised ones, `PlotX_RCS` to `PlotHVLU_RCS` that of the Cox-Snell ones as "Exponential", with
   /// `pMtd` and `estimate` as `ParaAnalysis` takes them: only "Turnbull" places them with their frequencies,
-  /// and only it has a place for rows without a start. Residuals that cannot be fitted on their own have no
-  /// line; "Cannot Find solution" is shown for them too, with the regression in its place.
+  /// and only it has a place for rows without a start; for others such a row has the point `NoValue`,
+  /// `NoValue`. Residuals that cannot be fitted on their own have no line, and one text, "The residuals
+  /// cannot be fitted on their own: " and why, is shown for both kinds; the regression stands.
   ///
   /// Where the likelihood has no finite maximum (no failure, no failure for some level of a covariate, more
   /// parameters than failures, logistic frequencies of 2 and more), "Cannot Find solution" is shown through
   /// the host's message box and nothing is filled. An unknown `dist` fills nothing. Failures: 9 for an `FA`
-  /// without covariates, for arrays too short and for a `predictX` of another width; 5 for a frequency below
-  /// 0, a row without any time, a covariate without a value, collinear covariates, and a time of 0 or below
-  /// on a logarithmic scale.
+  /// without covariates, for arrays too short and for a `predictX` of another width; 5 for a `CLevel` that is
+  /// not inside 0 to 1, an element of `Percent` that is not inside 0 to 100, an element of `predictX` or
+  /// `times` without a value, a spread held at 0 or below, a frequency below 0, a row without any time, an
+  /// interval that ends before it starts, a covariate without a value, collinear covariates, and a time of 0
+  /// or below on a logarithmic scale; 6 where a result overflows.
   void LDROutput(const DoubleArray& SA, const DoubleArray& EA, const DoubleArray& FA, double CLevel,
                  const std::string& dist, const std::string& pMtd, const std::string& estimate,
                  const DoubleArray& Percent, const DoubleArray& predictX, const DoubleArray& times,
