@@ -7,27 +7,18 @@
 #include <filesystem>
 #include <memory>
 #include <new>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <utility>
 
 #include "cli/Request.h"
 #include "cli/text.h"
 #include "zelkova/frame/NoValue.h"
+#include "zelkova/frame/cellText.h"
 #include "zelkova/frame/numberText.h"
 
 namespace zelkova::cli {
 
 namespace {
-
-bool isUtf8(std::string_view text) {
-  try {
-    nlohmann::json(text).dump();  // strict by default
-    return true;
-  } catch (const nlohmann::json::exception&) {
-    return false;
-  }
-}
 
 /// How far the first line of `text` reaches, its end included: a line feed, a carriage return or both.
 std::size_t lineLength(std::string_view text) {

@@ -5,6 +5,7 @@
 #include <limits>
 #include <optional>
 
+#include "zelkova/frame/cellText.h"
 #include "zelkova/frame/numberText.h"
 
 namespace zelkova {
@@ -83,24 +84,12 @@ bool isWhole(std::string_view formula) {
          std::string_view("=+-*/^&<>,(:").find(formula.back()) == std::string_view::npos;
 }
 
-/// Whether the bytes are UTF-8 without control characters other than tabs and line ends.
+/// Whether a file can hold the text: UTF-8, no control characters other than tabs and line ends.
 bool isText(std::string_view text) {
-  for (std::size_t i = 0; i < text.size();) {
-    const auto byte = static_cast<unsigned char>(text[i]);
-    const std::size_t length = byte < 0x80   ? 1
-                               : byte < 0xC2 ? 0
-                               : byte < 0xE0 ? 2
-                               : byte < 0xF0 ? 3
-                               : byte < 0xF5 ? 4
-                                             : 0;
-    if (length == 0 || i + length > text.size()) return false;
-    if (byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r') return false;
-    for (std::size_t k = 1; k < length; ++k) {
-      if ((static_cast<unsigned char>(text[i + k]) & 0xC0) != 0x80) return false;
-    }
-    i += length;
-  }
-  return true;
+  const auto isControl = [](char c) {
+    return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
+  };
+  return isUtf8(text) && std::none_of(text.begin(), text.end(), isControl);
 }
 
 const std::string& checkedText(const std::string& text) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "zelkova/frame/Failure.h"
+#include "zelkova/frame/cellText.h"
 #include "zelkova/frame/numberText.h"
 
 namespace zelkova {
@@ -60,13 +61,6 @@ CellArea readArea(std::string_view address, Corner corner) {
           std::max(first.lastRow, last.lastRow), std::max(first.lastColumn, last.lastColumn)};
 }
 
-std::string letters(Index column) {
-  std::string text;
-  for (; column > 0; column = (column - 1) / 26)
-    text.insert(text.begin(), static_cast<char>('A' + (column - 1) % 26));
-  return text;
-}
-
 bool isWordCharacter(char c) {
   return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' || c == '.' || c == '$' || c == '!';
 }
@@ -89,7 +83,7 @@ std::optional<CellReference> cellReference(std::string_view word) {
 }
 
 std::string textOf(const CellReference& reference, Index row, Index column) {
-  return (reference.holdsColumn ? "$" : "") + letters(column) + (reference.holdsRow ? "$" : "") +
+  return (reference.holdsColumn ? "$" : "") + columnLetters(column) + (reference.holdsRow ? "$" : "") +
          std::to_string(row);
 }
 

@@ -155,7 +155,7 @@ TEST(MemorySheet, TakesValuesAsTheHostDoes) {
   for (const char* formula : {"=SUM(", "=1+", "=A1)", "=\"a", "=(A1))("}) {
     EXPECT_EQ(failureNumber([&] { sheet->range("A1")->setValue(formula); }), 1004) << formula;
   }
-  for (const char* text : {"\xff", "\x01", "\xc3", "a\xc3("}) {
+  for (const char* text : {"\xff", "\x01", "\xed\xa0\x80", "\xc0\xaf", "\xc3", "a\xc3("}) {
     EXPECT_EQ(failureNumber([&] { sheet->range("A1")->setValue(text); }), 1004);
     EXPECT_EQ(failureNumber([&] { sheet->range("A1")->addComment(text); }), 1004);
     EXPECT_EQ(failureNumber([&] { sheet->range("A1")->validation()->addList(text); }), 1004);

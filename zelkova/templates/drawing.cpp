@@ -6,9 +6,6 @@ namespace zelkova::drawing {
 
 namespace {
 
-constexpr Index columnsOfSheet = 256;
-constexpr Index lettersInAlphabet = 26;
-
 constexpr std::string_view fontName = "Arial";
 constexpr double commentFontSize = 8;
 
@@ -59,13 +56,6 @@ void setVertical(Range& range, std::string_view alignment) {
 }
 
 }  // namespace
-
-std::string columnLetters(Index column) {
-  if (column < 1 || column > columnsOfSheet) raise(FailureNumber::OutOfRange, "the sheet ends at column IV");
-  const auto letter = [](Index i) { return static_cast<char>('A' + (i - 1) % lettersInAlphabet); };
-  if (column <= lettersInAlphabet) return {letter(column)};
-  return {letter((column - 1) / lettersInAlphabet), letter(column)};
-}
 
 std::string address(Index column, Index row) { return columnLetters(column) + std::to_string(row); }
 

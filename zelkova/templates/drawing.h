@@ -5,12 +5,10 @@
 #include <string_view>
 
 #include "zelkova/frame/Host.h"
+#include "zelkova/frame/cellText.h"
 
 /// The operations that every form is drawn with.
 namespace zelkova::drawing {
-
-/// The letters of a column, "A" for 1 to "IV" for 256; failure 9 beyond those.
-std::string columnLetters(Index column);
 
 /// "B3".
 std::string address(Index column, Index row);
